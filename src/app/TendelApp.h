@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+
+#include "alerts/NotchAlertController.h"
+#include "app/AppNavigation.h"
+#include "base/Calendar.h"
+#include "base/EventLoop.h"
+#include "model/Presence.h"
+#include "reminders/ReminderScheduler.h"
+#include "storage/AppSettings.h"
+#include "storage/Defaults.h"
+#include "storage/Store.h"
+
+namespace tendel {
+
+// Makes every long-lived service once, wires their callbacks to each other and hands them to the
+// interface. Main thread only; what it is given must outlive it.
+class TendelApp {
+public:
+    // What the platform provides.
+    struct Platform {
+        EventLoop& loop;
+        Calendar& calendar;
+        Screens& screens;
+        SystemSounds& sounds;
+        std::function<Presence()> presence;
+    };
+
+    TendelApp(Platform platform, Defaults& defaults, Store& store);
+
+    // The one-time import, the history's backfill, and then the scheduler.
+    void start();
+    // Saves what is not on disk yet.
+    void willTerminate();
+
+    Platform platform;
+    Defaults& defaults;
+    Store& store;
+    AppSettings settings;
+    ReminderScheduler scheduler;
+    NotchAlertController alerts;
+    AppNavigation navigation;
+
+private:
+    Subscription zoneChanged_;  // made first of all that listen, so that the calendar is right when
+                                // they look
+};
+
+}  // namespace tendel

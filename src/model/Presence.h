@@ -1,0 +1,17 @@
+#pragma once
+
+namespace tendel {
+
+// Whether the user can be disturbed now.
+enum class Presence {
+    present,           // at the computer and free
+    away,              // stepped away, locked, asleep, switched to another user
+    busyCall,          // microphone or camera in use
+    busyPresentation,  // a full-screen window that another program keeps awake
+};
+
+constexpr bool isBusy(Presence presence) {
+    return presence == Presence::busyCall || presence == Presence::busyPresentation;
+}
+
+}  // namespace tendel

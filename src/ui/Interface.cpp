@@ -1,0 +1,35 @@
+#include "ui/Interface.h"
+
+#include "storage/Persistence.h"
+#include "ui/alert/AlertWindow.h"
+#include "ui/tray/TrayIcon.h"
+#include "ui/window/MainWindow.h"
+#include "ui/window/ResetNoticeWindow.h"
+
+namespace tendel {
+
+Interface::Interface(TendelApp& app)
+    : app_(app),
+      alertWindow_(std::make_unique<AlertWindow>(app.alerts.model(), app.alerts.actions(),
+                                                 app.platform.loop)),
+      trayIcon_(std::make_unique<TrayIcon>(app)) {
+    app_.alerts.panel = alertWindow_.get();
+    windowRequests_ = app_.navigation.windowRequests().observe([this] { openMainWindow(); });
+}
+
+Interface::~Interface() {
+    delete mainWindow_;
+    app_.alerts.panel = nullptr;
+}
+
+void Interface::openMainWindow() {
+    if (!mainWindow_) mainWindow_ = new MainWindow(app_);
+    mainWindow_->comeForward();
+}
+
+void Interface::showResetNotice(const std::filesystem::path& folder) {
+    // Deletes itself when it is answered.
+    (new ResetNoticeWindow(folder))->present();
+}
+
+}  // namespace tendel

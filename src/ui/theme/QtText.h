@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+#include <string_view>
+
+namespace tendel {
+
+inline QString toQString(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+}  // namespace tendel

@@ -1,0 +1,185 @@
+#include "ui/window/MainWindow.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+#include "ui/theme/QtText.h"
+#include "ui/theme/Theme.h"
+#include "ui/window/Question.h"
+#include "ui/window/ReminderEditor.h"
+#include "ui/window/ReminderListPage.h"
+#include "ui/window/Sheet.h"
+#include "ui/window/Sidebar.h"
+
+namespace tendel {
+
+namespace {
+
+constexpr QSize startSize(900, 640);
+constexpr QSize leastSize(720, 480);
+constexpr int editorWidth = 460;
+
+}  // namespace
+
+MainWindow::MainWindow(TendelApp& app) : app_(app) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Tendel"));
+    setMinimumSize(leastSize);
+    resize(startSize);
+    sidebar_ = new Sidebar({{SidebarItem::privateReminders, tr("Private Reminders"), "house"},
+                            {SidebarItem::workReminders, tr("Work Reminders"), "briefcase"}});
+    pages_ = new QStackedWidget;
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    row->addWidget(sidebar_);
+    row->addWidget(pages_, 1);
+
+    for (const auto& [item, kind] :
+         {std::pair{SidebarItem::privateReminders, ReminderKind::private_},
+          std::pair{SidebarItem::workReminders, ReminderKind::work}}) {
+        auto* page = new ReminderListPage(app_, kind);
+        connect(page, &ReminderListPage::newRequested, this, &MainWindow::createReminder);
+        connect(page, &ReminderListPage::editRequested, this, &MainWindow::editReminder);
+        connect(page, &ReminderListPage::deleteRequested, this, &MainWindow::askToDelete);
+        pages_->addWidget(page);
+        pageOf_.emplace(item, page);
+    }
+    connect(sidebar_, &Sidebar::chosen, this, &MainWindow::showSection);
+    addShortcuts();
+    refreshCounts();
+    showSection(app_.navigation.takeRequestedItem().value_or(SidebarItem::workReminders));
+    saved_ = app_.store.saved.connect([this] { refreshCounts(); });
+}
+
+void MainWindow::addShortcuts() {
+    const auto add = [this](const QKeySequence& keys, std::function<void()> run) {
+        auto* shortcut = new QShortcut(keys, this);
+        connect(shortcut, &QShortcut::activated, this, [this, run = std::move(run)] {
+            if (!hasSheet()) run();
+        });
+    };
+    add(QKeySequence::New, [this] { createReminder(); });
+    add(Qt::CTRL | Qt::Key_1, [this] { showSection(SidebarItem::privateReminders); });
+    add(Qt::CTRL | Qt::Key_2, [this] { showSection(SidebarItem::workReminders); });
+    auto* closing = new QShortcut(QKeySequence::Close, this);
+    connect(closing, &QShortcut::activated, this, &QWidget::close);
+}
+
+void MainWindow::comeForward() {
+    if (const auto item = app_.navigation.takeRequestedItem(); item && !hasSheet())
+        showSection(*item);
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+    if (!focusWidget()) page().firstFocus()->setFocus(Qt::ActiveWindowFocusReason);
+}
+
+void MainWindow::showSection(SidebarItem item) {
+    const auto found = pageOf_.find(item);
+    if (found == pageOf_.end()) return;
+    sidebar_->setCurrent(item);
+    pages_->setCurrentWidget(found->second);
+}
+
+ReminderListPage& MainWindow::page() const {
+    return *static_cast<ReminderListPage*>(pages_->currentWidget());
+}
+
+bool MainWindow::hasSheet() const {
+    return (editorSheet_ && editorSheet_->isVisible()) || (question_ && question_->isVisible());
+}
+
+void MainWindow::refreshCounts() {
+    for (const auto& [item, page] : pageOf_)
+        sidebar_->setCount(item, static_cast<int>(std::ranges::count(
+                                     app_.store.reminders(), page->kind(), &Reminder::kind)));
+}
+
+void MainWindow::createReminder() {
+    openEditor(ReminderEditor::newReminder(page().kind(), app_.settings.workingHours.get()));
+}
+
+void MainWindow::editReminder(ReminderId id) {
+    if (const Reminder* reminder = app_.store.find(id)) openEditor(*reminder);
+}
+
+void MainWindow::openEditor(const Reminder& reminder) {
+    if (hasSheet()) return;
+    auto* sheet = new Sheet(this, editorWidth);
+    auto* column = new QVBoxLayout(&sheet->panel());
+    column->setContentsMargins(0, 0, 0, 0);
+    editor_ = new ReminderEditor(app_, reminder);
+    column->addWidget(editor_);
+    editorSheet_ = sheet;
+    connect(editor_, &ReminderEditor::saved, this, [this](ReminderId id) {
+        const Reminder* made = app_.store.find(id);
+        leaveEditor();
+        if (!made) return;
+        showSection(made->kind() == ReminderKind::work ? SidebarItem::workReminders
+                                                       : SidebarItem::privateReminders);
+        page().focusReminder(id);
+    });
+    connect(editor_, &ReminderEditor::cancelled, this, &MainWindow::leaveEditor);
+    connect(sheet, &Sheet::returnPressed, editor_, &ReminderEditor::save);
+    connect(sheet, &Sheet::escapePressed, this, [this] {
+        if (editor_->hasChanges())
+            askAboutChanges([] {});
+        else
+            leaveEditor();
+    });
+    sheet->open(editor_->firstField());
+}
+
+void MainWindow::leaveEditor() {
+    editor_ = nullptr;
+    if (editorSheet_) editorSheet_->closeSheet();
+    editorSheet_ = nullptr;
+}
+
+// `whenLeft` runs once the editor is gone, saved or not.
+void MainWindow::askAboutChanges(std::function<void()> whenLeft) {
+    if (question_) return;
+    const QString title = quoted(toQString(editor_->draft().displayTitle()));
+    question_ = &ask(this, {.title = tr("Save the changes to %1?").arg(title),
+                            .text = tr("They are lost otherwise."),
+                            .answers = {{tr("Keep Editing"), Button::Role::normal, [] {}},
+                                        {tr("Discard"), Button::Role::destructive,
+                                         [this, whenLeft] {
+                                             leaveEditor();
+                                             whenLeft();
+                                         }},
+                                        {tr("Save"), Button::Role::primary, [this, whenLeft] {
+                                             if (editor_->save()) whenLeft();
+                                         }}}});
+}
+
+void MainWindow::askToDelete(ReminderId id) {
+    const Reminder* reminder = app_.store.find(id);
+    if (!reminder || hasSheet()) return;
+    question_ = &ask(
+        this, {.title = tr("Delete %1?").arg(quoted(toQString(reminder->displayTitle()))),
+               .text = tr("Its history stays in Stats."),
+               .answers = {
+                   {tr("Cancel"), Button::Role::normal, [] {}},
+                   {tr("Delete"), Button::Role::destructive, [this, id] { page().remove(id); }}}});
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (!editor_ || !editor_->hasChanges()) return event->accept();
+    event->ignore();
+    askAboutChanges([this] { close(); });
+}
+
+void MainWindow::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), Theme::instance().color(Theme::Color::window));
+}
+
+}  // namespace tendel

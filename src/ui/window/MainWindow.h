@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <map>
+
+#include "app/TendelApp.h"
+
+class QStackedWidget;
+
+namespace tendel {
+
+class ReminderEditor;
+class ReminderListPage;
+class Sheet;
+class Sidebar;
+
+// The window with the sections at its left. Made when it is asked for and deleted when it is
+// closed; closing asks about what was written in the editor and not saved.
+class MainWindow : public QWidget {
+    Q_OBJECT
+public:
+    explicit MainWindow(TendelApp& app);
+
+    // Shows the window in front of others, on the section that was asked for if there was one.
+    void comeForward();
+    void showSection(SidebarItem item);
+    void createReminder();
+    void editReminder(ReminderId id);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ReminderListPage& page() const;
+    bool hasSheet() const;
+    void openEditor(const Reminder& reminder);
+    void leaveEditor();
+    void askAboutChanges(std::function<void()> whenLeft);
+    void askToDelete(ReminderId id);
+    void addShortcuts();
+    void refreshCounts();
+
+    TendelApp& app_;
+    Sidebar* sidebar_;
+    QStackedWidget* pages_;
+    std::map<SidebarItem, ReminderListPage*> pageOf_;
+    QPointer<Sheet> editorSheet_;
+    QPointer<Sheet> question_;
+    ReminderEditor* editor_ = nullptr;  // on `editorSheet_`
+    Subscription saved_;                // last member: goes first
+};
+
+}  // namespace tendel

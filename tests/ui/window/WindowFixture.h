@@ -1,0 +1,105 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/TendelApp.h"
+#include "base/SimulatedEventLoop.h"
+
+namespace tendel::test {
+
+// A store in memory that can be told to refuse.
+class MemoryStore : public Store {
+public:
+    std::optional<std::string> refusal;
+
+    Result<void> save(const std::function<void(Writer&)>& changes) override {
+        if (refusal) return Error{*refusal};
+        Changes writer(*this);
+        changes(writer);
+        saved.emit();
+        return {};
+    }
+    Result<void> record(std::span<const ReminderEvent> events) override {
+        events_.insert(events_.end(), events.begin(), events.end());
+        return {};
+    }
+    Result<void> flush() override { return {}; }
+
+    const std::vector<Reminder>& reminders() const override { return reminders_; }
+    const Reminder* find(ReminderId id) const override {
+        const auto found = std::ranges::find(reminders_, id, &Reminder::id);
+        return found == reminders_.end() ? nullptr : &*found;
+    }
+    std::vector<ReminderEvent> events() const override { return events_; }
+    std::vector<ReminderEvent> eventsDue(Instant, Instant) const override { return {}; }
+    std::vector<ReminderEvent> eventsWithoutTitle() const override { return {}; }
+    std::vector<FocusBlock> focusBlocks() const override { return {}; }
+
+    ReminderId add(Reminder reminder) {
+        ReminderId id;
+        static_cast<void>(save([&](Writer& writer) { id = writer.insert(std::move(reminder)); }));
+        return id;
+    }
+
+private:
+    struct Changes final : Writer {
+        explicit Changes(MemoryStore& of) : store(of) {}
+        ReminderId insert(Reminder reminder) override {
+            reminder.id = {++store.lastId_};
+            store.reminders_.push_back(reminder);
+            return reminder.id;
+        }
+        void update(const Reminder& reminder) override {
+            for (Reminder& stored : store.reminders_)
+                if (stored.id == reminder.id) stored = reminder;
+        }
+        void remove(ReminderId id) override {
+            std::erase_if(store.reminders_, [id](const Reminder& each) { return each.id == id; });
+        }
+        void insert(const ReminderEvent& event) override { store.events_.push_back(event); }
+        void update(const ReminderEvent&) override {}
+        std::int64_t insert(const FocusBlock&) override { return 0; }
+        void update(const FocusBlock&) override {}
+        MemoryStore& store;
+    };
+
+    std::vector<Reminder> reminders_;
+    std::vector<ReminderEvent> events_;
+    std::int64_t lastId_ = 0;
+};
+
+struct NoScreens : Screens {
+    std::vector<ScreenInfo> all() const override { return {}; }
+    std::optional<std::pair<double, double>> pointer() const override { return std::nullopt; }
+};
+
+struct NoSounds : SystemSounds {
+    void play(std::string_view) override {}
+};
+
+// The application without a desktop around it, on a Monday at 10:12 in Berlin.
+struct Desk {
+    explicit Desk(std::string_view locale = "en_US") : calendar("Europe/Berlin", locale) {
+        app.start();
+    }
+
+    SimulatedEventLoop loop{*parseIso8601("2026-03-02T09:12:00Z")};
+    Calendar calendar;
+    NoScreens screens;
+    NoSounds sounds;
+    Defaults defaults;
+    MemoryStore store;
+    TendelApp app{{.loop = loop,
+                   .calendar = calendar,
+                   .screens = screens,
+                   .sounds = sounds,
+                   .presence = [] { return Presence::present; }},
+                  defaults,
+                  store};
+};
+
+}  // namespace tendel::test

@@ -1,0 +1,140 @@
+// Puts the main window on the screen with sample reminders, to be looked at:
+//   window_preview [--private] [--dark] [--empty] [--off] [--many] [--locale de_DE] [--size
+//   720x480]
+//                  [--new | --edit N | --delete N | --notice] [--scroll] [--focus] [--shot FILE]
+// With --shot it draws itself into a picture and ends.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QTimer>
+
+#include "WindowFixture.h"
+#include "library/ReminderTemplate.h"
+#include "ui/theme/SlimScrollArea.h"
+#include "ui/theme/Theme.h"
+#include "ui/window/MainWindow.h"
+#include "ui/window/ReminderCard.h"
+#include "ui/window/ResetNoticeWindow.h"
+
+using namespace tendel;
+
+namespace {
+
+Reminder made(std::string_view id, ReminderKind kind) {
+    Reminder reminder;
+    for (const ReminderTemplate& entry : ReminderTemplate::library()) {
+        if (entry.id != id) continue;
+        reminder.title = entry.title;
+        reminder.details = entry.details;
+        reminder.intervalMinutes = entry.intervalMinutes;
+        reminder.durationSeconds = entry.durationSeconds;
+        reminder.isBreakSuggestion = entry.isBreak;
+    }
+    reminder.setKind(kind);
+    reminder.setStart(kind == ReminderKind::work ? TimeOfDay{9, 0} : TimeOfDay{17, 30});
+    return reminder;
+}
+
+void fill(Store& store, bool areAllOff, int many) {
+    std::vector<Reminder> reminders;
+    for (const auto* id : {"look-away", "stand-up-stretch", "drink-water", "posture-check"})
+        reminders.push_back(made(id, ReminderKind::work));
+    Reminder late = made("check-messages", ReminderKind::work);
+    late.setStart({18, 0});
+    reminders.push_back(late);
+    Reminder off = made("tidy-desk", ReminderKind::work);
+    off.isOn = false;
+    reminders.push_back(off);
+    Reminder lengthy;
+    lengthy.title = "Donaudampfschifffahrtsgesellschaftskapitänsmütze abholen und aufsetzen";
+    lengthy.details =
+        "Rechtsschutzversicherungsgesellschaften anrufen, danach "
+        "Arbeiterunfallversicherungsgesetz lesen und den Termin bestätigen";
+    lengthy.intervalMinutes = 90;
+    lengthy.setStart({7, 0});
+    reminders.push_back(lengthy);
+    for (const auto* id : {"short-walk", "have-a-snack", "quiet-minute"})
+        reminders.push_back(made(id, ReminderKind::private_));
+    Reminder morning = made("fresh-air", ReminderKind::private_);
+    morning.setStart({9, 30});
+    morning.intervalMinutes = 45;
+    reminders.push_back(morning);
+    for (int i = 0; i < many; ++i) {
+        Reminder one = made("deep-breaths", ReminderKind::work);
+        one.title += " " + std::to_string(i + 1);
+        one.setStart({i % 24, i % 60});
+        reminders.push_back(one);
+    }
+    static_cast<void>(store.save([&](Store::Writer& writer) {
+        for (Reminder& reminder : reminders) {
+            if (areAllOff) reminder.isOn = false;
+            writer.insert(reminder);
+        }
+    }));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QCommandLineParser options;
+    for (const auto* flag :
+         {"private", "dark", "empty", "off", "many", "new", "notice", "scroll", "focus"})
+        options.addOption({QString(flag), QString()});
+    for (const auto* value : {"locale", "size", "edit", "delete", "shot"})
+        options.addOption({QString(value), QString(), "value"});
+    options.process(application);
+
+    Theme::instance().setDark(options.isSet("dark"));
+    test::Desk desk(options.isSet("locale") ? options.value("locale").toStdString() : "en_US");
+    if (!options.isSet("empty"))
+        fill(desk.store, options.isSet("off"), options.isSet("many") ? 1000 : 0);
+
+    QWidget* shown = nullptr;
+    if (options.isSet("notice")) {
+        auto* notice = new ResetNoticeWindow(
+            "/home/ada/.local/share/tendel/Damaged Store "
+            "2026-03-02 at 10.12.00");
+        notice->present();
+        shown = notice;
+    } else {
+        QElapsedTimer clock;
+        clock.start();
+        auto* window = new MainWindow(desk.app);
+        const QStringList size = options.value("size").split('x');
+        if (size.size() == 2) window->resize(size[0].toInt(), size[1].toInt());
+        if (options.isSet("private")) window->showSection(SidebarItem::privateReminders);
+        window->comeForward();
+        QElapsedTimer wait;
+        wait.start();
+        while (!window->isActiveWindow() && wait.elapsed() < 2000)
+            QApplication::processEvents(QEventLoop::AllEvents, 50);
+        if (options.isSet("many")) {
+            qInfo("shown after %lld ms", clock.restart());
+            desk.loop.advance(std::chrono::minutes(1));
+            qInfo("minute's refresh: %lld ms", clock.restart());
+        }
+        const auto cards = window->findChildren<ReminderCard*>();
+        if (options.isSet("focus") && cards.size() > 1) cards[1]->setFocus(Qt::TabFocusReason);
+        if (options.isSet("new")) window->createReminder();
+        if (options.isSet("edit")) window->editReminder({options.value("edit").toInt()});
+        if (options.isSet("delete"))
+            for (ReminderCard* card : cards)
+                if (card->reminder().id.value == options.value("delete").toInt())
+                    Q_EMIT card->deleteRequested();
+        if (options.isSet("scroll")) {
+            QApplication::processEvents();
+            for (auto* area : window->findChildren<SlimScrollArea*>())
+                area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+        }
+        shown = window;
+    }
+    if (options.isSet("shot"))
+        QTimer::singleShot(300, shown, [&] {
+            shown->grab().save(options.value("shot"));
+            QApplication::quit();
+        });
+    return QApplication::exec();
+}
