@@ -133,12 +133,16 @@ class Tendel:
     def outcomes(self):
         return self.query("SELECT outcomeRaw FROM events ORDER BY id")
 
+    def open_page(self):
+        """Opens the list of the reminders that may fire at noon today."""
+        page = "Work Reminders" if local_now(self.zone).weekday() < 5 else "Private Reminders"
+        self.wait_for(page, "radio button").click()
+
     def create_reminder(self, title, details="", start="9:00", interval=1, break_seconds=None,
                         before_save=lambda: None):
-        """Makes a reminder in the editor with pointer and keyboard, of the kind that may fire at noon today."""
-        page = "Work Reminders" if local_now(self.zone).weekday() < 5 else "Private Reminders"
+        """Makes a reminder in the editor with pointer and keyboard, of a kind that may fire now."""
+        self.open_page()
         known = self.query("SELECT count(*) FROM reminders")
-        self.wait_for(page, "push button|radio button|toggle button").click()
         self.wait_for("New Reminder", "push button").click()
         self.wait_for("Title", "text").click()
         type_text(title)
@@ -153,7 +157,6 @@ class Tendel:
             self.tab_to("Break length")
             press("ctrl+a")
             type_text(str(break_seconds))
-            self.tab_to("Break length unit")
         before_save()
         self.wait_for("Save", "push button").click()
         self.wait_gone("Save")
@@ -170,7 +173,8 @@ class Tendel:
         raise AssertionError(f'the Tab key does not reach "{name}"')
 
     def focused(self):
-        return next((e for e in self.elements() if e.has(Atspi.StateType.FOCUSED)), None)
+        # The innermost: what holds a focused control may say that it is focused too.
+        return next((e for e in reversed(self.elements()) if e.has(Atspi.StateType.FOCUSED)), None)
 
     def answer(self, name, focus=lambda: None):
         """Clicks a button of the alert once it has stopped moving."""
@@ -232,6 +236,8 @@ class Tendel:
 
     def describe(self):
         """What is on the screen, in words."""
+        if self.process and self.process.poll() is not None:
+            return f"(nothing: the program has ended with {self.process.returncode})"
         return "\n".join(f"{e.role}: {e.name} {e.box}" for e in self.elements())
 
 

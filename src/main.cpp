@@ -36,6 +36,7 @@ void setDefaultEnvironment(const char* name, const char* value) {
 int main(int argc, char** argv) {
     using namespace tendel;
 
+    TerminationSignals termination;
     // The alert is a window of the X server, also where the session is a Wayland one.
     setDefaultEnvironment("QT_QPA_PLATFORM", "xcb");
     // The theme of a desktop's own toolkit would load that toolkit: 42 MB. Colours and fonts are
@@ -45,7 +46,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("Tendel");
     QApplication::setDesktopFileName("app.tendel.Tendel");
     QApplication application(argc, argv);
-    TerminationSignals termination([] { QApplication::quit(); });
+    // Not `quit`, which a window with unsaved text may refuse.
+    termination.watch([] { QApplication::exit(); });
 
     ApplicationService service;
     if (service.claim() == ApplicationService::Start::handedOver) return 0;

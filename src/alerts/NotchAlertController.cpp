@@ -174,10 +174,10 @@ void NotchAlertController::stopCurrent(const std::optional<std::string>& message
 }
 
 bool NotchAlertController::isAnswerable() const {
-    // While the check mark or the closing motion shows, what is on the screen is no longer, or not
-    // yet, the current alert.
-    return queue_.current && !model_.showsCompletion() && model_.content() &&
-           model_.content()->id == queue_.current->id && loop_.monotonicNow() >= answerableFrom_;
+    // While the check mark or the closing motion shows, what is on the screen is not the current
+    // alert, or none is current.
+    return queue_.current && model_.content() && model_.content()->id == queue_.current->id &&
+           loop_.monotonicNow() >= answerableFrom_;
 }
 
 void NotchAlertController::answer(Outcome outcome, std::string_view message) {

@@ -87,8 +87,6 @@ void NotchAlertModel::expand() {
     if (reduceMotion) return openAtOnce(Motion::reduced);
     if (style == AlertStyle::compact) return openAtOnce(Motion::compactGrow);
 
-    // What shows of an alert that was just tucking in goes first.
-    showsContent_ = false;
     phase_ = Phase::peek;
     after(hasNotch ? bulgeTime : dropTime, [this] {
         phase_ = Phase::expanded;
@@ -102,7 +100,6 @@ void NotchAlertModel::expand() {
 }
 
 void NotchAlertModel::collapse() {
-    next_.reset();
     showsContent_ = false;
     if (reduceMotion) return hide(Motion::reduced);
     if (style == AlertStyle::compact) return hide(Motion::compactShrink);

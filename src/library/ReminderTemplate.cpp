@@ -1,6 +1,6 @@
 #include "library/ReminderTemplate.h"
 
-#include <algorithm>
+#include <unordered_map>
 
 #include "base/Text.h"
 
@@ -349,21 +349,33 @@ std::span<const ReminderTemplate> ReminderTemplate::library() {
     return entries;
 }
 
-const ReminderTemplate* libraryMatch(std::string_view title) {
-    const std::string wanted = foldedForSearch(trimmed(title));
-    if (wanted.empty()) return nullptr;
-    const auto entries = ReminderTemplate::library();
-    for (const ReminderTemplate& entry : entries)
-        if (foldedForSearch(entry.title) == wanted) return &entry;
-    const ReminderTemplate* only = nullptr;
-    for (const ReminderTemplate& entry : entries) {
-        if (!std::ranges::any_of(entry.tags,
-                                 [&](auto tag) { return foldedForSearch(tag) == wanted; }))
-            continue;
-        if (only) return nullptr;
-        only = &entry;
+namespace {
+
+// The entries by what names them, folded. A tag of several entries names none of them.
+struct Names {
+    std::unordered_map<std::string, const ReminderTemplate*> titles;
+    std::unordered_map<std::string, const ReminderTemplate*> tags;
+
+    Names() {
+        for (const ReminderTemplate& entry : ReminderTemplate::library()) {
+            titles.emplace(foldedForSearch(entry.title), &entry);
+            for (const std::string_view tag : entry.tags) {
+                const auto [known, isNew] = tags.emplace(foldedForSearch(tag), &entry);
+                if (!isNew && known->second != &entry) known->second = nullptr;
+            }
+        }
     }
-    return only;
+};
+
+}  // namespace
+
+const ReminderTemplate* libraryMatch(std::string_view title) {
+    static const Names names;
+    const std::string wanted = foldedForSearch(trimmed(title));
+    if (const auto found = names.titles.find(wanted); found != names.titles.end())
+        return found->second;
+    const auto found = names.tags.find(wanted);
+    return found != names.tags.end() ? found->second : nullptr;
 }
 
 }  // namespace tendel

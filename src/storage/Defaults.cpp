@@ -84,8 +84,12 @@ Result<void> replaceContent(const fs::path& named, std::string_view bytes) {
 Result<json> parseObject(const fs::path& file) {
     std::ifstream in(file, std::ios::binary);
     if (!in) return failure("read", file, std::strerror(errno));
-    const std::string text{std::istreambuf_iterator<char>(in), {}};
-    if (in.bad()) return failure("read", file, "the file system failed");
+    std::string text;
+    try {
+        text.assign(std::istreambuf_iterator<char>(in), {});
+    } catch (const std::ios_base::failure&) {
+        return failure("read", file, "it is not a file");
+    }
     try {
         json parsed = json::parse(text);
         if (parsed.is_object()) return parsed;

@@ -48,19 +48,15 @@ void importLegacyReminders(Store& store, Defaults& defaults, const Calendar& cal
                            Instant now) {
     const nlohmann::json& entries = defaults.json(legacyKey);
     if (!entries.is_array()) return;
-    // Those that an earlier start took over without being able to remove the key.
-    std::vector<Reminder> known = store.reminders();
     std::vector<Reminder> imported;
     for (const nlohmann::json& entry : entries) {
         auto reminder = decodeLegacy(entry, calendar, now);
         if (!reminder) return;
-        const auto same = std::find_if(known.begin(), known.end(), [&](const Reminder& other) {
-            return hasSameContent(other, *reminder);
-        });
-        if (same == known.end())
-            imported.push_back(std::move(*reminder));
-        else
-            known.erase(same);
+        // An earlier start may have taken it over without being able to remove the key.
+        const bool isKnown =
+            std::any_of(store.reminders().begin(), store.reminders().end(),
+                        [&](const Reminder& known) { return hasSameContent(known, *reminder); });
+        if (!isKnown) imported.push_back(std::move(*reminder));
     }
     const auto saved = store.save([&](Store::Writer& writer) {
         for (const Reminder& reminder : imported)

@@ -349,7 +349,8 @@ private:
 
 }  // namespace
 
-std::variant<std::unique_ptr<Store>, OpenFailure> openStore(const fs::path& file) {
+std::variant<std::unique_ptr<Store>, OpenFailure> openStore(const fs::path& given) {
+    const fs::path file = fs::absolute(given);
     std::error_code folderError;
     fs::create_directories(file.parent_path(), folderError);
     if (folderError)

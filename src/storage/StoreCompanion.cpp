@@ -74,7 +74,9 @@ bool StoreCompanion::isAsClosed() const {
 }
 
 bool StoreCompanion::hasLostContent() const {
-    return !remembered().empty() && !hasContent(store_) && !hasContent(writeAheadLog(store_));
+    std::error_code error;
+    return !remembered().empty() && fs::is_regular_file(store_, error) && !hasContent(store_) &&
+           !hasContent(writeAheadLog(store_));
 }
 
 void StoreCompanion::rememberClosed() {

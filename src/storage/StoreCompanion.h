@@ -21,7 +21,7 @@ public:
 
     // Whether the store's file is, untouched, the one that was closed in order.
     bool isAsClosed() const;
-    // Whether a store was closed here that held something, though its file is empty now.
+    // Whether the file is there but empty, though a store was closed here that held something.
     bool hasLostContent() const;
     // Remembers the store's file, which nobody has open any more.
     void rememberClosed();

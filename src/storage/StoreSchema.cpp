@@ -101,7 +101,9 @@ void bringUpToDate(SQLite::Database& database, const fs::path& file,
 
 void checkPages(SQLite::Database& database) {
     const std::string verdict = database.execAndGet("PRAGMA quick_check(1)").getString();
-    if (verdict != "ok") throw StoreError("the file is damaged: " + verdict);
+    if (verdict == "ok") return;
+    // The first line may only name the database.
+    throw StoreError("the file is damaged: " + verdict.substr(verdict.rfind('\n') + 1));
 }
 
 }  // namespace tendel

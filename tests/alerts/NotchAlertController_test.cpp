@@ -272,6 +272,31 @@ TEST_F(NotchAlertControllerTest, WhatWaitsTooLongExpiresUnlessAnAnswerRestartsIt
     }
 }
 
+TEST_F(NotchAlertControllerTest, EachWaitsForFiveMinutesOfItsOwn) {
+    const std::vector ids{add("Stretch"), add("Water"), add("Eyes")};
+    for (const AlertAutoHide setting : {AlertAutoHide::never, AlertAutoHide::after10Seconds}) {
+        settings_.alertAutoHide.set(setting);
+        due({ids[0]});
+        controller_.model().setHovered(true);
+        loop_.advance(100s);
+        due({ids[1]});
+        loop_.advance(100s);
+        due({ids[2]});
+        if (setting == AlertAutoHide::never) {
+            EXPECT_EQ(loop_.nextDue(), loop_.monotonicNow() + 200s + 1us)
+                << "not before something can happen";
+        }
+        loop_.advance(200s + 250ms);
+        EXPECT_EQ(takeHistory(), "10:00 Water expired");
+        loop_.advance(99s);
+        EXPECT_EQ(seen(), "Stretch +1");
+        loop_.advance(1s);
+        EXPECT_EQ(seen(), "Stretch");
+        answer(actions().skip);
+        takeHistory();
+    }
+}
+
 TEST_F(NotchAlertControllerTest, TakesNoAnswerThatIsNotForTheShownAlert) {
     const std::vector ids{add("Stretch"), add("Water"), add("Eyes")};
     actions().done();

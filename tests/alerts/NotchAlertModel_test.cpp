@@ -76,6 +76,11 @@ TEST_F(NotchAlertModelTest, GrowsOutOfTheNotchAndTucksIn) {
     EXPECT_EQ(play([&] { model_.dismiss(); }),
               "0 expanded: contentOut\n80 hidden: collapse\n530 gone\n");
     EXPECT_EQ(play([&] { model_.dismiss(); }), "") << "there is nothing to hide";
+    model_.setHovered(true);
+    play([&] { model_.present(content("B")); });
+    EXPECT_TRUE(model_.isHovered());
+    play([&] { model_.dismiss(); });
+    EXPECT_FALSE(model_.isHovered()) << "nobody sees the pointer leave what is gone";
 }
 
 TEST_F(NotchAlertModelTest, FallsAsADropWhereThereIsNoNotch) {

@@ -4,7 +4,7 @@ import re
 import time
 
 from case import Case, main
-from desktop import coming_minute, run
+from desktop import coming_minute, press, run
 
 TITLE = "Look away"
 
@@ -35,8 +35,13 @@ class Alerts(Case):
         self.until(lambda: not self.alert_button("Done"), "the alert off the screen")
         self.other.type("after")
 
-    def test_skip(self):
-        self.alert()
+    def test_skip_with_the_window_closed(self):
+        self.tendel.start()
+        self.tendel.create_reminder(TITLE)
+        press("alt+F4")
+        self.tendel.wait_gone("New Reminder")
+        self.work_elsewhere()
+        self.wait_for_alert(TITLE)
         self.answer("Skip")
         self.assert_outcome("skipped")
         self.other.type("after")

@@ -1,9 +1,6 @@
 """What the user made is there again after a start, and a store that cannot be opened never stops the program."""
 
 import subprocess
-import os
-import unittest
-from pathlib import Path
 
 from case import Case, main
 from desktop import until
@@ -22,6 +19,7 @@ class Store(Case):
         before = self.tendel.query("SELECT * FROM reminders")
         self.assertEqual(self.tendel.stop(), 0)
         self.tendel.start()
+        self.tendel.open_page()
         self.tendel.wait_for(".*Drink a glass of water.*")
         self.assertEqual(self.tendel.query("SELECT * FROM reminders"), before)
 

@@ -10,18 +10,23 @@
 
 namespace tendel {
 
-TerminationSignals::TerminationSignals(std::function<void()> onTerminate) {
+TerminationSignals::TerminationSignals() {
     sigset_t set;
     sigemptyset(&set);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         sigaddset(&set, signal);
     descriptor_ = FileDescriptor(signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC));
-    if (!descriptor_) {
+    if (descriptor_)
+        pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    else
         log(LogLevel::warning, "app",
             "Couldn't watch for the signals to end; they end the program at once");
-        return;
-    }
-    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+}
+
+TerminationSignals::~TerminationSignals() = default;
+
+void TerminationSignals::watch(std::function<void()> onTerminate) {
+    if (!descriptor_) return;
     notifier_ = std::make_unique<QSocketNotifier>(descriptor_.value(), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated,
                      [this, onTerminate = std::move(onTerminate)] {
@@ -31,7 +36,5 @@ TerminationSignals::TerminationSignals(std::function<void()> onTerminate) {
                          onTerminate();
                      });
 }
-
-TerminationSignals::~TerminationSignals() = default;
 
 }  // namespace tendel

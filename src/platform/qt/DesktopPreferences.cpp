@@ -4,7 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QMap>
 #include <QRegularExpression>
 
@@ -49,7 +49,7 @@ DesktopPreferences::DesktopPreferences() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     bus.connect(service, path, interfaceName, QStringLiteral("SettingChanged"), this,
-                SLOT(portalSettingChanged(QString, QString, QDBusVariant)));
+                SLOT(portalSettingChanged(QDBusMessage)));
     readAll();
 }
 
@@ -67,8 +67,7 @@ void DesktopPreferences::readAll() {
             log(LogLevel::info, "preferences", "the desktop does not tell its settings");
             return;
         }
-        const auto groups =
-            qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
+        const auto groups = qdbus_cast<QMap<QString, QVariantMap>>(answer.arguments().constFirst());
         bool isOther = false;
         for (auto group = groups.begin(); group != groups.end(); ++group)
             for (auto setting = group->begin(); setting != group->end(); ++setting)
@@ -77,9 +76,11 @@ void DesktopPreferences::readAll() {
     });
 }
 
-void DesktopPreferences::portalSettingChanged(const QString& group, const QString& key,
-                                              const QDBusVariant& value) {
-    if (apply(group, key, value.variant())) Q_EMIT changed();
+void DesktopPreferences::portalSettingChanged(const QDBusMessage& message) {
+    if (message.signature() != QLatin1String("ssv")) return;
+    const QVariantList arguments = message.arguments();
+    const auto value = arguments[2].value<QDBusVariant>().variant();
+    if (apply(arguments[0].toString(), arguments[1].toString(), value)) Q_EMIT changed();
 }
 
 // Whether that made a difference. Values of another type than expected change nothing.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -28,7 +28,7 @@ Q_SIGNALS:
     void changed();
 
 private Q_SLOTS:
-    void portalSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void portalSettingChanged(const QDBusMessage& message);
 
 private:
     void readAll();

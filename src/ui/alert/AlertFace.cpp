@@ -37,6 +37,14 @@ QFont noticeFont() {
     return Theme::instance().font(Theme::Type::caption);
 }
 
+QFont badgeFont() {
+    return Theme::instance().font(Theme::Type::caption, true);
+}
+
+QString badgeText(const NotchAlertContent& content) {
+    return content.queuedCount > 99 ? QStringLiteral("99+") : QString::number(content.queuedCount);
+}
+
 QString text(const std::string& utf8) {
     return QString::fromStdString(utf8).simplified();
 }
@@ -97,6 +105,8 @@ void AlertFace::layOutFull(const QRectF& body) {
     circle_ = QRectF(body.left() + margin, body.top() + top + 2, circleSize, circleSize);
     symbolBox_ = QRectF(0, 0, symbolSize, symbolSize);
     symbolBox_.moveCenter(circle_.center());
+    badge_ = QRectF(QPointF(), badgeSize());
+    badge_.moveCenter(circle_.center() + QPointF(17, -17));  // on the rim at half past one
 
     const double left = circle_.right() + 12;
     const double width = body.right() - margin - left;
@@ -120,14 +130,18 @@ void AlertFace::layOutFull(const QRectF& body) {
 void AlertFace::layOutCompact(const QRectF& body, double textRight) {
     constexpr double symbolSize = 20;
     circle_ = {};
+    const QSizeF badge = badgeSize();
     symbolBox_ =
         QRectF(body.left() + margin, body.center().y() - symbolSize / 2, symbolSize, symbolSize);
-    const double left = symbolBox_.right() + (content_.queuedCount > 0 ? 14 : 10);
+    const double left = symbolBox_.right() + 10;
     const QFontMetricsF metrics(titleFont(style_));
-    const double width = textRight - left;
+    const double width = textRight - left - (badge.isEmpty() ? 0 : badge.width() + 8);
     const QString wholeTitle = text(content_.title);
     title_ = metrics.elidedText(wholeTitle, Qt::ElideRight, width);
     details_.clear();
+    // Behind the title, since it would cover too much of the small symbol.
+    badge_ = QRectF(left + std::ceil(metrics.horizontalAdvance(title_)) + 8,
+                    body.center().y() - badge.height() / 2, badge.width(), badge.height());
     isElided_ = title_ != wholeTitle || !content_.detail.empty() || content_.notice;
     textBox_ =
         QRectF(left, std::round(body.center().y() - metrics.height() / 2), width, metrics.height());
@@ -161,33 +175,29 @@ void AlertFace::draw(QPainter& painter, bool showsText) const {
              metrics.elidedText(text(*content_.notice), Qt::ElideRight, width));
 }
 
-void AlertFace::drawBadge(QPainter& painter) const {
-    if (content_.queuedCount <= 0) return;
-    const QString count =
-        content_.queuedCount > 99 ? QStringLiteral("99+") : QString::number(content_.queuedCount);
-    const bool isCompact = style_ == AlertStyle::compact;
-    QFont font = Theme::instance().font(Theme::Type::caption, true);
-    if (isCompact) font.setPixelSize(9);
-    const QFontMetricsF metrics(font);
-    const double height = isCompact ? 13 : 18;
-    const double width =
-        std::max(height, std::ceil(metrics.horizontalAdvance(count)) + (isCompact ? 6 : 10));
-    QRectF badge(0, 0, width, height);
-    // On the circle's rim at half past one.
-    const QPointF anchor =
-        isCompact ? symbolBox_.topRight() + QPointF(0, 2) : circle_.center() + QPointF(17, -17);
-    badge.moveCenter(anchor);
+QSizeF AlertFace::badgeSize() const {
+    if (content_.queuedCount <= 0) return {};
+    constexpr double height = 18;
+    const double count = QFontMetricsF(badgeFont()).horizontalAdvance(badgeText(content_));
+    return {std::max(height, std::ceil(count) + 10), height};
+}
 
-    // A rim of the alert's black parts it from the circle.
+void AlertFace::drawBadge(QPainter& painter) const {
+    if (badge_.isEmpty()) return;
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::black);
-    painter.drawRoundedRect(badge.adjusted(-2, -2, 2, 2), height / 2 + 2, height / 2 + 2);
+    // A rim of the alert's black parts it from the circle.
+    const double radius = badge_.height() / 2;
+    painter.drawRoundedRect(badge_.adjusted(-2, -2, 2, 2), radius + 2, radius + 2);
     painter.setBrush(accent_);
-    painter.drawRoundedRect(badge, height / 2, height / 2);
-    painter.setFont(font);
+    painter.drawRoundedRect(badge_, radius, radius);
+
+    const QFontMetricsF metrics(badgeFont());
+    const QString count = badgeText(content_);
+    painter.setFont(badgeFont());
     painter.setPen(Theme::textOn(accent_));
-    painter.drawText(QPointF(badge.center().x() - metrics.horizontalAdvance(count) / 2,
-                             badge.center().y() + metrics.capHeight() / 2),
+    painter.drawText(QPointF(badge_.center().x() - metrics.horizontalAdvance(count) / 2,
+                             badge_.center().y() + metrics.capHeight() / 2),
                      count);
 }
 

@@ -21,13 +21,14 @@ public:
     // Compact: the further answers take the place of the text.
     void draw(QPainter& painter, bool showsText) const;
 
-    // Where the texts are, and all that they say, for when they do not fit; empty when they do.
     QRectF textBox() const { return textBox_; }
+    // All that the texts say, for a tooltip; empty when they fit.
     QString wholeText() const;
 
 private:
     void layOutFull(const QRectF& body);
     void layOutCompact(const QRectF& body, double textRight);
+    QSizeF badgeSize() const;
     void drawBadge(QPainter& painter) const;
 
     NotchAlertContent content_;
@@ -36,7 +37,7 @@ private:
     std::string_view symbol_;
     QRectF symbolBox_;
     QRectF circle_;  // empty in the compact style
-    QRectF badge_;
+    QRectF badge_;   // empty when nothing waits
     QRectF textBox_;
     QString title_;
     QStringList details_;

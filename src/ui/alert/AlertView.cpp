@@ -189,7 +189,7 @@ void AlertView::layOutFull(const QRectF& body) {
 void AlertView::layOutCompact(const QRectF& body) {
     QRectF row(body.left() + compactMargin, body.center().y() - compactSize / 2,
                body.width() - 2 * compactMargin, compactSize);
-    const std::size_t limit = content_.durationSeconds && !content_.breakEndsAt ? 3 : 2;
+    const std::size_t limit = content_.breakEndsAt ? 1 : content_.durationSeconds ? 3 : 2;
     const auto arrangement = rows(Face::symbol, row.width(), compactGap, limit);
     const double buttons =
         double(arrangement.first.size()) * (compactSize + compactGap) - compactGap;

@@ -42,6 +42,10 @@ void PaintedButton::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
+            if (isCheckable()) {
+                event->ignore();  // Space changes a choice; Return is for the whole surface
+                return;
+            }
             if (!event->isAutoRepeat()) click();
             return;
         case Qt::Key_Left:

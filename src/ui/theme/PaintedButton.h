@@ -19,7 +19,7 @@ constexpr bool isShownFocus(Qt::FocusReason reason) {
 }
 
 // What the controls that are drawn here share: hover, and a focus ring that shows for the keyboard
-// but not for the pointer. Return presses as Space does.
+// but not for the pointer. Return presses what is not a choice.
 class PaintedButton : public QAbstractButton {
     Q_OBJECT
 public:

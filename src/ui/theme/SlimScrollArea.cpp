@@ -1,5 +1,6 @@
 #include "ui/theme/SlimScrollArea.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyle>
@@ -57,6 +58,10 @@ SlimScrollArea::SlimScrollArea(QWidget* parent) : QScrollArea(parent) {
 QSize SlimScrollArea::sizeHint() const {
     if (!widget()) return QScrollArea::sizeHint();
     return widget()->sizeHint() + QSize(barWidth, 0);
+}
+
+void SlimScrollArea::keyPressEvent(QKeyEvent* event) {
+    event->ignore();
 }
 
 }  // namespace tendel

@@ -31,7 +31,7 @@ constexpr std::array<Tone, 13> tones{{
     {0xFFD9542B, 0xFFFF8A5C},
     {0xFF2E9E6B, 0xFF57C794},
     {0xFFBD4534, 0xFFF07F6E},
-    {0xFFB8892B, 0xFFE2B65A},
+    {0xFFB08223, 0xFFE2B65A},
 }};
 static_assert(tones.size() == static_cast<std::size_t>(Theme::Color::snoozed) + 1);
 
@@ -100,7 +100,7 @@ QColor Theme::color(Color role) const {
 }
 
 QColor Theme::accent(ReminderKind kind, Scheme scheme) {
-    return color(kind == ReminderKind::work ? Color::workAccent : Color::privateAccent, scheme);
+    return color(accentRole(kind), scheme);
 }
 
 QColor Theme::accent(ReminderKind kind) const {

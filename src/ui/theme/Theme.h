@@ -72,6 +72,11 @@ private:
     QString family_;
 };
 
+// The accent of a kind of reminders.
+constexpr Theme::Color accentRole(ReminderKind kind) {
+    return kind == ReminderKind::work ? Theme::Color::workAccent : Theme::Color::privateAccent;
+}
+
 // How far two colours are apart for a reader, 1 to 21 (WCAG 2.1, relative luminance).
 double contrast(const QColor& a, const QColor& b);
 // `top` at `opacity` (0–1) over `bottom`, as an opaque colour.

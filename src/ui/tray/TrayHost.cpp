@@ -65,8 +65,8 @@ bool TrayHost::isThere() const {
     if (bus.isConnected() && bus.interface()->isServiceRegistered(watcherService)) return true;
     xcb_connection_t* server = connection();
     if (!server || trayAtom_ == XCB_ATOM_NONE) return false;
-    const auto owner = owned(xcb_get_selection_owner_reply(
-        server, xcb_get_selection_owner(server, trayAtom_), nullptr));
+    const auto owner = owned(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, trayAtom_), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 

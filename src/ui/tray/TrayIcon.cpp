@@ -22,22 +22,21 @@ QPixmap drawn(int size, bool isPaused) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size / 24.0, size / 24.0);
 
-    QPainterPath shape;
-    shape.addRoundedRect(QRectF(1, 3, 22, 3), 1.5, 1.5);
-    QPainterPath alert(QPointF(1, 3));
-    alert.lineTo(23, 3);
-    alert.quadTo(19.5, 5, 19.5, 9);
-    alert.lineTo(19.5, 14);
-    alert.arcTo(QRectF(4.5, 6.5, 15, 15), 0, -180);
-    alert.lineTo(4.5, 9);
-    alert.quadTo(4.5, 5, 1, 3);
-    shape = shape.united(alert);
+    QPainterPath shape(QPointF(1, 3));
+    shape.lineTo(23, 3);
+    shape.lineTo(23, 5);
+    shape.cubicTo(19, 5, 18.5, 6.5, 18.5, 10);
+    shape.lineTo(18.5, 14.5);
+    shape.arcTo(QRectF(5.5, 8, 13, 13), 0, -180);
+    shape.lineTo(5.5, 10);
+    shape.cubicTo(5.5, 6.5, 5, 5, 1, 5);
+    shape.closeSubpath();
     QPainterPath sign;
     if (isPaused) {
-        sign.addRoundedRect(QRectF(8.5, 9, 2.5, 8), 1, 1);
-        sign.addRoundedRect(QRectF(13, 9, 2.5, 8), 1, 1);
+        sign.addRoundedRect(QRectF(9, 9, 2, 8), 1, 1);
+        sign.addRoundedRect(QRectF(13, 9, 2, 8), 1, 1);
     } else {
-        sign.addEllipse(QPointF(12, 13.5), 3, 3);
+        sign.addEllipse(QPointF(12, 14), 2.75, 2.75);
     }
     // Panels are light or dark and do not tell: a grey that stands out by 3 to 1 from both.
     painter.fillPath(shape.subtracted(sign), QColor(0x86, 0x86, 0x8B));
@@ -116,7 +115,8 @@ QString TrayIcon::toolTip() const {
     if (const auto& until = app_.scheduler.pausedUntil().get())
         return QStringLiteral("Paused until ") + when(*until);
     if (const auto& upcoming = app_.scheduler.upcoming().get())
-        return QStringLiteral("Next: %1, %2").arg(text(upcoming->title()), when(upcoming->fireDate));
+        return QStringLiteral("Next: %1, %2")
+            .arg(text(upcoming->title()), when(upcoming->fireDate));
     return QStringLiteral("Tendel");
 }
 

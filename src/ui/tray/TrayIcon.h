@@ -31,7 +31,7 @@ private:
     QMenu* pauseMenu_ = nullptr;
     QAction* resume_ = nullptr;
     std::unique_ptr<QSystemTrayIcon> icon_;
-    std::optional<bool> showsPaused_;       // in the icon
+    std::optional<bool> showsPaused_;          // in the icon
     std::vector<Subscription> subscriptions_;  // last member: goes first
 };
 

@@ -146,7 +146,7 @@ void MainWindow::leaveEditor() {
 
 // `whenLeft` runs once the editor is gone, saved or not.
 void MainWindow::askAboutChanges(std::function<void()> whenLeft) {
-    if (question_) return;
+    if (question_ && question_->isVisible()) return;
     const QString title = quoted(toQString(editor_->draft().displayTitle()));
     question_ = &ask(this, {.title = tr("Save the changes to %1?").arg(title),
                             .text = tr("They are lost otherwise."),
@@ -175,6 +175,7 @@ void MainWindow::askToDelete(ReminderId id) {
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!editor_ || !editor_->hasChanges()) return event->accept();
     event->ignore();
+    comeForward();  // the window may be behind others when the program is asked to quit
     askAboutChanges([this] { close(); });
 }
 

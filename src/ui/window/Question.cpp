@@ -16,7 +16,7 @@ constexpr int edge = 24;
 
 QString quoted(const QString& title) {
     const QFontMetrics metrics(Theme::instance().font(Theme::Type::title, true));
-    constexpr int roomForWords = 40;
+    constexpr int roomForWords = 150;
     const int room = width - 2 * edge - roomForWords;
     return u'“' + metrics.elidedText(title.simplified(), Qt::ElideMiddle, room) + u'”';
 }

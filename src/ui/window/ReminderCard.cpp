@@ -9,9 +9,9 @@
 
 #include "library/ReminderDisplay.h"
 #include "ui/theme/Button.h"
-#include "ui/theme/Icons.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Switch.h"
+#include "ui/theme/SymbolCircle.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/ReminderWords.h"
 
@@ -152,7 +152,7 @@ bool ReminderCard::event(QEvent* event) {
             const bool result = PaintedButton::event(event);
             const QWidget* focus = window()->focusWidget();
             const bool isFocusInside =
-                hasFocus() || (focus && isAncestorOf(focus) && focus->hasFocus());
+                showsFocus() || (focus && isAncestorOf(focus) && focus->hasFocus());
             showActions(underMouse() || isFocusInside);
             return result;
         }
@@ -221,15 +221,9 @@ void ReminderCard::paintEvent(QPaintEvent*) {
     if (showsFocus()) drawFocusRing(painter, shape(), Theme::cardRadius);
 
     if (!reminder.isOn) painter.setOpacity(offOpacity);
-    const QColor accent = theme.accent(reminder.kind());
     QRectF circle(0, 0, circleSize, circleSize);
     circle.moveCenter({shape().left() + edge + circleSize / 2.0, shape().center().y()});
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(blended(accent, surface, theme.isDark() ? 0.22 : 0.13));
-    painter.drawEllipse(circle);
-    constexpr double inset = (circleSize - 22) / 2.0;
-    icons::draw(painter, displaySymbol(reminder), circle.adjusted(inset, inset, -inset, -inset),
-                accent);
+    drawSymbolCircle(painter, displaySymbol(reminder), circle, theme.accent(reminder.kind()));
     paintText(painter);
 }
 

@@ -2,7 +2,9 @@
 
 #include <QWidget>
 
+#include <array>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/TendelApp.h"
@@ -18,6 +20,7 @@ class PickerGrid;
 class SegmentedControl;
 class SlimScrollArea;
 class Switch;
+class SymbolCircle;
 class TextField;
 class TimeField;
 
@@ -44,7 +47,8 @@ Q_SIGNALS:
     void cancelled();
 
 private:
-    class Emblem;
+    static constexpr std::array presetMinutes{20, 30, 45, 60, 90, 120};
+    static constexpr std::string_view noAnimation = "none";  // the stored choice
 
     void buildTexts(QVBoxLayout& form);
     void buildTimes(QVBoxLayout& form);
@@ -75,7 +79,7 @@ private:
     int lastBreakSeconds_ = 60;
 
     SlimScrollArea* scroll_;
-    Emblem* emblem_;
+    SymbolCircle* emblem_;
     TextField* title_;
     TextField* details_;
     SegmentedControl* kind_;

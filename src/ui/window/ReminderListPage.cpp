@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QPointer>
 #include <QVBoxLayout>
 
@@ -12,10 +11,10 @@
 
 #include "reminders/ReminderStatus.h"
 #include "ui/theme/Button.h"
-#include "ui/theme/Icons.h"
 #include "ui/theme/Label.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/SlimScrollArea.h"
+#include "ui/theme/SymbolCircle.h"
 
 namespace tendel {
 
@@ -24,27 +23,6 @@ namespace {
 constexpr int edge = 24;
 constexpr int widestColumn = 840;
 constexpr int cardGap = 8;
-
-// A symbol in a tinted circle, for a list without cards.
-class EmblemView : public QWidget {
-public:
-    explicit EmblemView(ReminderKind kind) : kind_(kind) { setFixedSize(64, 64); }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const Theme& theme = Theme::instance();
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(blended(theme.accent(kind_), theme.color(Theme::Color::window), 0.15));
-        painter.drawEllipse(rect());
-        icons::draw(painter, "bell", QRectF(rect()).adjusted(17, 17, -17, -17),
-                    theme.accent(kind_));
-    }
-
-private:
-    ReminderKind kind_;
-};
 
 QString titleOf(ReminderKind kind) {
     return kind == ReminderKind::work ? ReminderListPage::tr("Work Reminders")
@@ -89,6 +67,7 @@ ReminderListPage::ReminderListPage(TendelApp& app, ReminderKind kind, QWidget* p
     const auto look = [this] { refresh(); };
     subscriptions_.push_back(app_.store.saved.connect(look));
     subscriptions_.push_back(app_.scheduler.now().observe(look));
+    subscriptions_.push_back(app_.scheduler.pausedUntil().observe(look));
     subscriptions_.push_back(app_.settings.workingHours.observe(look));
     subscriptions_.push_back(app_.platform.loop.timeZoneChanged.connect(look));
 }
@@ -124,7 +103,7 @@ QWidget* ReminderListPage::makeEmptyState() {
     column->setContentsMargins(edge, 0, edge, 72);
     column->setSpacing(0);
     column->addStretch();
-    column->addWidget(new EmblemView(kind_), 0, Qt::AlignHCenter);
+    column->addWidget(new SymbolCircle(64, "bell", accentRole(kind_)), 0, Qt::AlignHCenter);
     column->addSpacing(16);
     auto* title = new Label(
         {Theme::Type::title, Theme::Color::text, true},
@@ -219,6 +198,8 @@ QString ReminderListPage::summary(Instant now, std::optional<Instant> next) cons
     const QString many =
         count == 1 ? tr("1 reminder") : tr("%1 reminders").arg(static_cast<qulonglong>(count));
     const Calendar& calendar = app_.platform.calendar;
+    if (const auto until = app_.scheduler.pausedUntil().get())
+        return many + tr(" · paused until ") + toQString(calendar.formatTime(*until));
     if (!next || !calendar.day(now).contains(*next)) return many + tr(" · nothing more today");
     return many + tr(" · next at ") + toQString(calendar.formatTime(*next));
 }

@@ -17,9 +17,9 @@
 
 #include "storage/Persistence.h"
 #include "ui/theme/Button.h"
-#include "ui/theme/Icons.h"
 #include "ui/theme/Label.h"
 #include "ui/theme/QtText.h"
+#include "ui/theme/SymbolCircle.h"
 
 namespace tendel {
 
@@ -33,25 +33,6 @@ QString showTitle() {
     return isMac ? ResetNoticeWindow::tr("Show in Finder")
                  : ResetNoticeWindow::tr("Show in File Manager");
 }
-
-class Sign : public QWidget {
-public:
-    Sign() { setFixedSize(40, 40); }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const QColor color = Theme::instance().color(Theme::Color::snoozed);
-        QColor tint = color;
-        tint.setAlphaF(0.18F);
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(tint);
-        painter.drawEllipse(rect());
-        icons::draw(painter, "exclamationmark.triangle", QRectF(rect()).adjusted(10, 9, -10, -11),
-                    color);
-    }
-};
 
 }  // namespace
 
@@ -68,7 +49,8 @@ ResetNoticeWindow::ResetNoticeWindow(std::filesystem::path folder)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(edge, edge, edge - focusMargin, edge - focusMargin);
     row->setSpacing(16);
-    row->addWidget(new Sign, 0, Qt::AlignTop);
+    row->addWidget(new SymbolCircle(40, "exclamationmark.triangle", Theme::Color::snoozed), 0,
+                   Qt::AlignTop);
     auto* column = new QVBoxLayout;
     column->setSpacing(0);
     auto* title =

@@ -85,8 +85,7 @@ int main(int argc, char** argv) {
     const DesktopPreferences preferences;
     NotchAlertModel model(loop);
     NotchAlertActions actions;
-    model.style =
-        given.value("size") == "compact" ? AlertStyle::compact : AlertStyle::full;
+    model.style = given.value("size") == "compact" ? AlertStyle::compact : AlertStyle::full;
     const ScreenInfo screen = screens.all().front();
     const auto geometry = NotchAlertGeometry::of(screen, std::nullopt, model.style);
     model.hasNotch = geometry.notchSize.has_value();

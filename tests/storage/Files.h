@@ -1,0 +1,55 @@
+#pragma once
+
+#include <stdlib.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace tendel {
+
+// A folder of its own for a test, removed at its end.
+struct TemporaryFolder {
+    std::filesystem::path path;
+
+    TemporaryFolder() {
+        std::string name = std::filesystem::temp_directory_path() / "tendel-storage-XXXXXX";
+        path = ::mkdtemp(name.data());
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+};
+
+// As long as it lives, no file can be written beyond `bytes`, as on a disk that is full: also for
+// root.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit now{bytes, before_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &now);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+
+private:
+    rlimit before_{};
+};
+
+inline std::string contentOf(const std::filesystem::path& file) {
+    if (!std::filesystem::is_regular_file(file)) return {};
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+inline void write(const std::filesystem::path& file, const std::string& content) {
+    std::ofstream(file, std::ios::binary) << content;
+}
+
+}  // namespace tendel

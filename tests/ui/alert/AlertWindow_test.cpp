@@ -1,0 +1,286 @@
+#include "ui/alert/AlertWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QProcess>
+#include <QScreen>
+
+#include <chrono>
+
+#include "platform/linux/LinuxEventLoop.h"
+#include "platform/qt/QtScreens.h"
+
+namespace tendel {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool until(const std::function<bool()>& condition, std::chrono::milliseconds most = 5s) {
+    const auto end = std::chrono::steady_clock::now() + most;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return true;
+}
+
+void letPass(std::chrono::milliseconds time) {
+    until([] { return false; }, time);
+}
+
+// What another program of the desktop prints, while our windows go on.
+QString run(const QString& command) {
+    QProcess process;
+    process.startCommand(command);
+    EXPECT_TRUE(until([&] { return process.state() == QProcess::NotRunning; }))
+        << command.toStdString();
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+void movePointer(QPoint to) {
+    run(QStringLiteral("xdotool mousemove %1 %2").arg(to.x()).arg(to.y()));
+}
+
+void click(QPoint at, int times = 1) {
+    movePointer(at);
+    run(QStringLiteral("xdotool click --repeat %1 --delay 80 1").arg(times));
+    letPass(50ms);
+}
+
+bool isColor(QPoint at, const QColor& color) {
+    const QImage pixel =
+        QApplication::primaryScreen()->grabWindow(0, at.x(), at.y(), 1, 1).toImage();
+    return pixel.pixelColor(0, 0) == color;
+}
+
+// A window of some other program, in which the user works.
+class OtherWindow : public QWidget {
+public:
+    int clicks = 0;
+    QString typed;
+
+protected:
+    void mousePressEvent(QMouseEvent*) override { ++clicks; }
+    void keyPressEvent(QKeyEvent* event) override { typed += event->text(); }
+};
+
+class PaintCounter : public QObject {
+public:
+    int paints = 0;
+    QRegion painted;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            ++paints;
+            painted |= static_cast<QPaintEvent*>(event)->region();
+        }
+        return false;
+    }
+};
+
+class AlertWindowTest : public testing::Test {
+protected:
+    AlertWindowTest() {
+        other_.setStyleSheet(QStringLiteral("background: #3366cc"));
+        other_.setGeometry(100, 30, 1000, 500);
+        other_.show();
+        EXPECT_TRUE(until([&] { return other_.isActiveWindow(); }));
+        movePointer({640, 700});
+
+        actions_.done = [this] { answers_ += 'd'; };
+        actions_.snooze = [this] { answers_ += 'z'; };
+        actions_.skip = [this] { answers_ += 's'; };
+        actions_.skipAll = [this] { answers_ += 'a'; };
+        actions_.hadBreak = [this] { answers_ += 'h'; };
+        model_.reduceMotion = true;  // opens at once; the motion itself is the model's
+        content_.id = AlertId{1};
+        content_.title = "Look away";
+        content_.systemImage = "eye";
+    }
+
+    void open() {
+        const ScreenInfo screen = screens_.all().front();
+        geometry_ = NotchAlertGeometry::of(screen, std::nullopt, model_.style);
+        window_.show(geometry_.panelFrame(screen.frame), geometry_);
+        model_.present(content_);
+        ASSERT_TRUE(until([&] { return isColor(body(), Qt::black); }));
+        letPass(400ms);
+    }
+
+    QWidget* view() const {
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (widget->inherits("tendel::AlertView")) return widget;
+        return nullptr;
+    }
+    QWidget* button(const QString& name) const {
+        for (auto* button : view()->findChildren<QAbstractButton*>())
+            if (button->isVisible() && button->text() == name) return button;
+        return nullptr;
+    }
+    QPoint middleOf(const QString& name) const {
+        QWidget* found = button(name);
+        EXPECT_TRUE(found) << name.toStdString();
+        return found ? found->mapToGlobal(found->rect().center()) : QPoint();
+    }
+    // Inside the alert, where it holds nothing.
+    QPoint body() const { return view()->mapToGlobal(QPoint(view()->width() / 2, 4)); }
+    bool hasFocus() const { return run("xdotool getwindowfocus").toULongLong() == other_.winId(); }
+
+    LinuxEventLoop loop_;
+    QtScreens screens_;
+    OtherWindow other_;
+    NotchAlertModel model_{loop_};
+    NotchAlertActions actions_;
+    NotchAlertContent content_;
+    NotchAlertGeometry geometry_;
+    std::string answers_;
+    AlertWindow window_{model_, actions_, loop_};
+};
+
+TEST_F(AlertWindowTest, IsAnsweredByThePointerWhileTheKeyboardStaysElsewhere) {
+    open();
+    EXPECT_TRUE(hasFocus());
+    click(middleOf("Snooze 5 min"));
+    EXPECT_TRUE(until([&] { return answers_ == "z"; })) << answers_;
+    click(body());
+    run("xdotool type --delay 20 abc");
+    EXPECT_TRUE(until([&] { return other_.typed == "abc"; })) << other_.typed.toStdString();
+    EXPECT_TRUE(hasFocus());
+    EXPECT_EQ(other_.clicks, 0);
+}
+
+TEST_F(AlertWindowTest, LetsClicksThroughOutsideItsShape) {
+    open();
+    const QPoint corner = view()->mapToGlobal(QPoint());
+    const auto outline = geometry_.outline(NotchAlertPhase::expanded);
+    const int left = static_cast<int>((view()->width() - outline.width) / 2 + outline.topRadius);
+    const int bottom = static_cast<int>(outline.height);
+    struct Case {
+        QPoint at;
+        bool isInside;
+    };
+    int through = 0;
+    for (const Case& c : {Case{{left + 3, 60}, true}, Case{{left - 3, 60}, false},
+                          Case{{left + 3, bottom - 3}, false},  // outside the round corner
+                          Case{{left + 60, bottom - 3}, true}, Case{{left + 60, bottom + 3}, false},
+                          Case{{view()->width() / 2, bottom + 20}, false}}) {
+        through += !c.isInside;
+        click(corner + c.at);
+        EXPECT_TRUE(until([&] { return other_.clicks == through; }, 500ms))
+            << c.at.x() << " " << c.at.y() << ": " << other_.clicks << " of " << through;
+    }
+}
+
+TEST_F(AlertWindowTest, StandsAboveWindowsThatComeLaterAndAreFullScreen) {
+    open();
+    OtherWindow film;
+    film.setStyleSheet(QStringLiteral("background: #cc3333"));
+    film.showFullScreen();
+    ASSERT_TRUE(until([&] { return isColor({20, 400}, QColor(0xcc, 0x33, 0x33)); }));
+    film.raise();
+    film.activateWindow();
+    letPass(200ms);
+    EXPECT_TRUE(isColor(body(), Qt::black));
+    click(middleOf("Done"));
+    EXPECT_TRUE(until([&] { return answers_ == "d"; }));
+    EXPECT_EQ(film.clicks, 0);
+}
+
+TEST_F(AlertWindowTest, IsUnmappedWhileHidden) {
+    open();
+    const QString info = QStringLiteral("xwininfo -id %1").arg(view()->winId());
+    EXPECT_TRUE(run(info).contains("IsViewable"));
+    window_.hide();
+    EXPECT_TRUE(until([&] { return run(info).contains("IsUnMapped"); }));
+    click({640, 60});
+    EXPECT_TRUE(until([&] { return other_.clicks == 1; }));
+}
+
+TEST_F(AlertWindowTest, SurvivesItsMonitorGoing) {
+    run("xrandr --setmonitor L 640/170x800/200+0+0 screen");
+    run("xrandr --setmonitor R 640/170x800/200+640+0 none");
+    ASSERT_TRUE(until([&] { return screens_.all().size() == 2; }));
+    bool isTold = false;
+    const Subscription changes = screens_.changed.connect([&] { isTold = true; });
+    open();
+    const ScreenInfo right = screens_.all()[1].frame.x > 0 ? screens_.all()[1] : screens_.all()[0];
+    window_.show(geometry_.panelFrame(right.frame), geometry_);
+    ASSERT_TRUE(until([&] { return isColor({960, 4}, Qt::black); }));
+
+    run("xrandr --delmonitor R");
+    run("xrandr --delmonitor L");
+    ASSERT_TRUE(until([&] { return isTold && screens_.all().size() == 1; }));
+    const ScreenInfo whole = screens_.all().front();
+    window_.show(geometry_.panelFrame(whole.frame), geometry_);
+    EXPECT_TRUE(until([&] {
+        return isColor({640, 4}, Qt::black) && !isColor({960, 60}, Qt::black);
+    }));
+    click(middleOf("Done"));
+    EXPECT_TRUE(until([&] { return answers_ == "d"; })) << answers_;
+}
+
+TEST_F(AlertWindowTest, KnowsWhetherThePointerIsOverItsShape) {
+    movePointer({640, 60});
+    open();
+    EXPECT_TRUE(until([&] { return model_.isHovered(); })) << "it grew under the pointer";
+    const QPoint beside = view()->mapToGlobal(QPoint(20, 60));
+    movePointer(beside);
+    EXPECT_TRUE(until([&] { return !model_.isHovered(); }));
+    movePointer(middleOf("Done"));
+    EXPECT_TRUE(until([&] { return model_.isHovered(); }));
+    window_.hide();
+    EXPECT_FALSE(model_.isHovered());
+}
+
+TEST_F(AlertWindowTest, TurnsToFurtherAnswersWithoutGivingOneByADoubleClick) {
+    content_.queuedCount = 2;
+    content_.durationSeconds = 20;
+    content_.offersHadBreak = true;
+    open();
+    EXPECT_FALSE(button("Skip All"));
+    click(middleOf("More answers"), 2);
+    EXPECT_TRUE(until([&] { return button("More answers") != nullptr; }));
+    click(middleOf("More answers"));
+    ASSERT_TRUE(until([&] { return button("Skip All") != nullptr; }));
+    EXPECT_EQ(answers_, "");
+    click(middleOf("I had a break"));
+    EXPECT_TRUE(until([&] { return answers_ == "h"; })) << answers_;
+    movePointer({640, 700});
+    EXPECT_TRUE(until([&] { return button("Done") && !button("Skip All"); }));
+}
+
+TEST_F(AlertWindowTest, DrawsNothingAtRestAndOnlyTheTimeWhileABreakRuns) {
+    content_.durationSeconds = 20;
+    open();
+    PaintCounter counter;
+    view()->installEventFilter(&counter);
+    letPass(500ms);
+    EXPECT_EQ(counter.paints, 0);
+
+    content_.breakEndsAt = loop_.now() + 20s;
+    model_.present(content_);
+    letPass(600ms);
+    counter.paints = 0;
+    counter.painted = {};
+    letPass(2100ms);
+    EXPECT_GE(counter.paints, 2);
+    EXPECT_LE(counter.paints, 3);
+    EXPECT_LT(counter.painted.boundingRect().width() * counter.painted.boundingRect().height(),
+              100 * 40);
+}
+
+}  // namespace
+}  // namespace tendel
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}
