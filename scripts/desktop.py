@@ -33,6 +33,18 @@ def until(condition, what, seconds=10.0):
         time.sleep(0.1)
 
 
+def at_rest(find, what):
+    """Waits until the element that `find` gives stays where it is, and returns it."""
+    boxes = []
+
+    def found():
+        element = find()
+        boxes.append(element and element.box)
+        return element if element and len(boxes) > 2 and len(set(boxes[-3:])) == 1 else None
+
+    return until(found, what)
+
+
 def zone_where_it_is_noon():
     """A zone in which it is about twelve o'clock, so that no case meets midnight or the edge of the working hours."""
     offset = 12 - datetime.now(timezone.utc).hour
@@ -133,10 +145,18 @@ class Tendel:
     def outcomes(self):
         return self.query("SELECT outcomeRaw FROM events ORDER BY id")
 
+    def wait_until_active(self):
+        """Waits until the main window has the keyboard and the window manager has put it in its place."""
+        until(lambda: subprocess.run(["xdotool", "getactivewindow", "getwindowpid"], capture_output=True, text=True)
+              .stdout.strip() == str(self.process.pid), "the keyboard in the main window")
+        at_rest(lambda: self.find("New Reminder", "push button"), "the main window")
+
     def open_page(self):
         """Opens the list of the reminders that may fire at noon today."""
+        self.wait_until_active()
         page = "Work Reminders" if local_now(self.zone).weekday() < 5 else "Private Reminders"
         self.wait_for(page, "radio button").click()
+        until(lambda: self.find(page, "radio button").has(Atspi.StateType.CHECKED), f"the page {page}")
 
     def create_reminder(self, title, details="", start="9:00", interval=1, break_seconds=None,
                         before_save=lambda: None):
@@ -178,18 +198,15 @@ class Tendel:
 
     def answer(self, name, focus=lambda: None):
         """Clicks a button of the alert once it has stopped moving."""
-        boxes = []
-
-        def at_rest():
+        def button():
             focus()
-            more = None if self.find(name, "push button") else self.find("More answers", "push button")
-            if more:
-                more.click()
-            button = self.find(name, "push button")
-            boxes.append(button and button.box)
-            return button if len(boxes) > 3 and button and len(set(boxes[-3:])) == 1 else None
+            if not self.find(name, "push button"):
+                more = self.find("More answers", "push button")
+                if more:
+                    more.click()
+            return self.find(name, "push button")
 
-        until(at_rest, f'"{name}" in the alert').click()
+        at_rest(button, f'"{name}" in the alert').click()
 
     def elements(self):
         """Everything of the program's that is on the screen now, outermost first."""

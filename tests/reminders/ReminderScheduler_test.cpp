@@ -137,7 +137,8 @@ TEST_F(ReminderSchedulerTest, LosesNothingThatFellDueInTheMomentOfAnotherLook) {
     scheduler_->start();
     loop_.advanceTo(clock(9));
     takeShown();
-    // A step of the clock makes it look at 9:30:50: the chain's 9:30 and the snooze of 9:30:20 are both still due.
+    // A step of the clock makes it look at 9:30:50: the chain's 9:30 and the snooze of 9:30:20 are
+    // both still due.
     loop_.advance(5s);
     scheduler_->snooze(id, 30min + 15s);
     loop_.advanceTo(clock(9, 29));
