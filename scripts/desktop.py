@@ -140,7 +140,7 @@ class Tendel:
 
     def query(self, sql):
         """The rows that the sqlite3 command prints, columns parted by |."""
-        return run("sqlite3", "-readonly", str(self.store), sql).splitlines()
+        return run("sqlite3", "-readonly", "-cmd", ".timeout 5000", str(self.store), sql).splitlines()
 
     def outcomes(self):
         return self.query("SELECT outcomeRaw FROM events ORDER BY id")

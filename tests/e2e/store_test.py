@@ -10,7 +10,7 @@ class Store(Case):
     def make_store(self):
         self.tendel.start("--at-login")
         until(self.tendel.store.exists, "the store")
-        until(lambda: self.tendel.query("SELECT count(*) FROM reminders") == ["0"], "its tables")
+        until(lambda: self.tendel.query("PRAGMA user_version") != ["0"], "its tables")
         self.assertEqual(self.tendel.stop(), 0)
 
     def test_restart_keeps_reminders(self):
