@@ -21,7 +21,11 @@ def run(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout.strip()
 
 
-def until(condition, what, seconds=10.0):
+# Seconds that a busy machine is given for what takes a moment on an idle one; only a failure takes so long.
+PATIENCE = 40.0
+
+
+def until(condition, what, seconds=PATIENCE):
     """Waits until the condition holds and returns its value; an AssertionError that says `what` when it never does."""
     end = time.monotonic() + seconds
     while True:
@@ -33,7 +37,7 @@ def until(condition, what, seconds=10.0):
         time.sleep(0.1)
 
 
-def at_rest(find, what):
+def at_rest(find, what, seconds=PATIENCE):
     """Waits until the element that `find` gives stays where it is, and returns it."""
     boxes = []
 
@@ -42,7 +46,7 @@ def at_rest(find, what):
         boxes.append(element and element.box)
         return element if element and len(boxes) > 2 and len(set(boxes[-3:])) == 1 else None
 
-    return until(found, what)
+    return until(found, what, seconds)
 
 
 def zone_where_it_is_noon():
@@ -149,7 +153,7 @@ class Tendel:
         """Waits until the main window has the keyboard and the window manager has put it in its place."""
         until(lambda: subprocess.run(["xdotool", "getactivewindow", "getwindowpid"], capture_output=True, text=True)
               .stdout.strip() == str(self.process.pid), "the keyboard in the main window")
-        at_rest(lambda: self.find("New Reminder", "push button"), "the main window")
+        self.wait_for("New Reminder", "push button")
 
     def open_page(self):
         """Opens the list of the reminders that may fire at noon today."""
@@ -245,10 +249,11 @@ class Tendel:
                 continue
         return None
 
-    def wait_for(self, name, role=None, seconds=10.0):
-        return until(lambda: self.find(name, role), f'"{name}" on the screen', seconds)
+    def wait_for(self, name, role=None, seconds=PATIENCE):
+        """The element, once it is on the screen and has come to rest."""
+        return at_rest(lambda: self.find(name, role), f'"{name}" on the screen', seconds)
 
-    def wait_gone(self, name, seconds=10.0):
+    def wait_gone(self, name, seconds=PATIENCE):
         until(lambda: not self.find(name), f'"{name}" off the screen', seconds)
 
     def describe(self):

@@ -6,7 +6,7 @@ import sys
 import unittest
 from pathlib import Path
 
-from desktop import OtherWindow, Tendel, take_picture, until, zone_where_it_is_noon
+from desktop import PATIENCE, OtherWindow, Tendel, take_picture, until, zone_where_it_is_noon
 
 PICTURES = Path(os.environ.get("TENDEL_E2E_PICTURES", "."))
 
@@ -30,7 +30,7 @@ class Case(unittest.TestCase):
         self.other = OtherWindow()
         self.other.type("before")
 
-    def until(self, condition, what, seconds=10.0):
+    def until(self, condition, what, seconds=PATIENCE):
         """As `until`, with the keyboard in the other window all the time."""
         def with_focus():
             self.assert_focus()
