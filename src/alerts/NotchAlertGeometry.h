@@ -3,30 +3,11 @@
 #include <optional>
 
 #include "model/AlertStyle.h"
+#include "model/Geometry.h"
 
 namespace tendel {
 
-// All lengths are in device-independent pixels; y grows downwards, as on the screens of the
-// desktop.
-struct Size {
-    double width = 0;
-    double height = 0;
-    friend constexpr bool operator==(const Size&, const Size&) = default;
-};
-
-struct Rect {
-    double x = 0;
-    double y = 0;
-    double width = 0;
-    double height = 0;
-
-    constexpr bool contains(double px, double py) const {
-        return px >= x && px < x + width && py >= y && py < y + height;
-    }
-    friend constexpr bool operator==(const Rect&, const Rect&) = default;
-};
-
-// What is known of one screen.
+// What is known of one screen, in device-independent pixels.
 struct ScreenInfo {
     Rect frame{};
     double menuBarHeight = 0;  // of the panel at the top, 0 without one

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 namespace tendel {
 
 // Whether the user can be disturbed now.
@@ -12,6 +14,21 @@ enum class Presence {
 
 constexpr bool isBusy(Presence presence) {
     return presence == Presence::busyCall || presence == Presence::busyPresentation;
+}
+
+// For the log.
+constexpr std::string_view name(Presence presence) {
+    switch (presence) {
+        case Presence::away:
+            return "away";
+        case Presence::busyCall:
+            return "in a call";
+        case Presence::busyPresentation:
+            return "presenting";
+        case Presence::present:
+            break;
+    }
+    return "present";
 }
 
 }  // namespace tendel

@@ -18,9 +18,9 @@ BUILDS_ON = {
     "sound": ["storage", "focus"],
     "menubar": ["alerts", "presence", "stats"],
     "updates": ["storage"],
-    "app": ["alerts", "planning", "sound", "menubar", "updates"],
+    "app": ["alerts", "presence", "planning", "sound", "menubar", "updates"],
     # Adapters know the interfaces that they implement, never the application or its windows.
-    "platform": ["alerts", "planning", "sound", "menubar", "updates"],
+    "platform": ["alerts", "presence", "planning", "sound", "menubar", "updates"],
     "ui/theme": ["library"],
     "ui/alert": ["alerts", "ui/theme"],
     "ui/tray": ["app", "ui/theme"],
