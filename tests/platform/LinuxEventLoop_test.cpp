@@ -10,29 +10,19 @@
 #include <thread>
 
 #include "base/Timer.h"
+#include "support/RunningLoop.h"
 
 namespace tendel {
 namespace {
 
 using namespace std::chrono_literals;
+using test::runUntil;
 
 class LinuxEventLoopTest : public ::testing::Test {
 protected:
     ~LinuxEventLoopTest() override { std::filesystem::remove_all(folder_); }
 
-    // Lets the program run until `isDone`, for some seconds at most; whether it came to that.
-    bool runUntil(const std::function<bool()>& isDone) {
-        QElapsedTimer waited;
-        waited.start();
-        while (!isDone() && waited.elapsed() < 5000)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
-        return isDone();
-    }
-
-    int argumentCount_ = 1;
-    char name_[5] = "test";
-    char* arguments_[2] = {name_, nullptr};
-    QCoreApplication application_{argumentCount_, arguments_};
+    test::Application application_;
     std::filesystem::path folder_ = [] {
         auto made =
             std::filesystem::temp_directory_path() / ("tendel-zone-" + std::to_string(::getpid()));

@@ -5,13 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
-#include <string_view>
 
 #include "base/Log.h"
+#include "platform/linux/FileEvents.h"
 
 namespace tendel {
 
@@ -161,19 +160,10 @@ void LinuxEventLoop::watchZone(const std::filesystem::path& folder) {
 
 void LinuxEventLoop::zoneFolderChanged() {
     bool isZone = false;
-    alignas(inotify_event) std::array<char, 4096> buffer;
-    for (;;) {
-        const auto size = ::read(zoneFiles_.descriptor.value(), buffer.data(), buffer.size());
-        if (size <= 0) break;
-        for (std::size_t at = 0; at < static_cast<std::size_t>(size);) {
-            inotify_event event{};
-            std::memcpy(&event, &buffer[at], sizeof event);
-            const std::string_view name = event.len > 0 ? &buffer[at + sizeof event] : "";
-            // After an overflow nobody knows which files they were.
-            isZone |= name == "localtime" || name == "timezone" || (event.mask & IN_Q_OVERFLOW);
-            at += sizeof event + event.len;
-        }
-    }
+    readFileEvents(zoneFiles_.descriptor, [&](const FileEvent& event) {
+        isZone |=
+            event.name == "localtime" || event.name == "timezone" || (event.mask & IN_Q_OVERFLOW);
+    });
     if (isZone) timeZoneChanged.emit();
 }
 

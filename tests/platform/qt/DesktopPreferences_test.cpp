@@ -6,9 +6,8 @@
 #include <QDBusConnection>
 #include <QDBusMetaType>
 #include <QDBusVariant>
-#include <QElapsedTimer>
 
-#include <functional>
+#include "support/RunningLoop.h"
 
 namespace tendel {
 
@@ -49,14 +48,6 @@ constexpr auto appearance = "org.freedesktop.appearance";
 constexpr auto gnome = "org.gnome.desktop.interface";
 using Scheme = DesktopPreferences::ColorScheme;
 
-bool until(const std::function<bool()>& condition) {
-    QElapsedTimer time;
-    time.start();
-    while (!condition() && time.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return condition();
-}
-
 class DesktopPreferencesTest : public testing::Test {
 protected:
     DesktopPreferencesTest() {
@@ -72,7 +63,7 @@ protected:
 TEST_F(DesktopPreferencesTest, AreReadAndFollowed) {
     const DesktopPreferences preferences;
     EXPECT_FALSE(preferences.reducesMotion());
-    ASSERT_TRUE(until([&] { return preferences.reducesMotion(); }));
+    ASSERT_TRUE(test::runUntil([&] { return preferences.reducesMotion(); }));
     EXPECT_EQ(preferences.colorScheme(), Scheme::dark);
     EXPECT_TRUE(preferences.hasHighContrast());
     EXPECT_EQ(preferences.fontFamily(), QString("Noto Sans"));
@@ -80,7 +71,7 @@ TEST_F(DesktopPreferencesTest, AreReadAndFollowed) {
     portal_.change(appearance, "color-scheme", "nonsense");
     portal_.change(gnome, "enable-animations", 1);
     portal_.change(appearance, "contrast", 0U);
-    ASSERT_TRUE(until([&] { return !preferences.hasHighContrast(); }));
+    ASSERT_TRUE(test::runUntil([&] { return !preferences.hasHighContrast(); }));
     EXPECT_EQ(preferences.colorScheme(), Scheme::dark) << "a value of another type";
     EXPECT_TRUE(preferences.reducesMotion()) << "a value of another type";
 }
@@ -89,7 +80,7 @@ TEST_F(DesktopPreferencesTest, GiveWayToTheEnvironment) {
     qputenv("TENDEL_REDUCE_MOTION", "0");
     qputenv("TENDEL_COLOR_SCHEME", "light");
     const DesktopPreferences preferences;
-    EXPECT_TRUE(until([&] { return preferences.hasHighContrast(); }));
+    EXPECT_TRUE(test::runUntil([&] { return preferences.hasHighContrast(); }));
     EXPECT_EQ(preferences.colorScheme(), Scheme::light);
     EXPECT_FALSE(preferences.reducesMotion());
     qunsetenv("TENDEL_REDUCE_MOTION");
