@@ -55,15 +55,29 @@ def zone_where_it_is_noon():
     return f"Etc/GMT{-offset:+d}" if offset else "Etc/UTC"
 
 
-def local_now(zone):
+def hours_ahead(zone):
+    """Of UTC, of a zone from zone_where_it_is_noon."""
     match = re.fullmatch(r"Etc/GMT([+-]\d+)", zone)
-    return datetime.now(timezone.utc) - timedelta(hours=int(match[1]) if match else 0)
+    return -int(match[1]) if match else 0
+
+
+def local_now(zone):
+    return datetime.now(timezone.utc) + timedelta(hours=hours_ahead(zone))
+
+
+def minute_after(seconds):
+    """The first full minute that is at least so many seconds away, in seconds since 1970."""
+    return int(time.time() + seconds + 59) // 60 * 60
+
+
+def on_the_clock(zone, instant):
+    """What a clock of the zone shows then: "12:34"."""
+    return f"{datetime.fromtimestamp(instant, timezone.utc) + timedelta(hours=hours_ahead(zone)):%H:%M}"
 
 
 def coming_minute(zone, seconds):
     """The first full minute that is at least so many seconds away, on the clock of the zone."""
-    time = local_now(zone) + timedelta(seconds=seconds + 59)
-    return f"{time:%H:%M}"
+    return on_the_clock(zone, minute_after(seconds))
 
 
 class Element:
@@ -75,6 +89,10 @@ class Element:
     @property
     def name(self):
         return self.accessible.get_name()
+
+    @property
+    def description(self):
+        return self.accessible.get_description()
 
     @property
     def role(self):
@@ -108,6 +126,7 @@ class Tendel:
     def __init__(self, binary, zone):
         self.binary = str(Path(binary).resolve())
         self.zone = zone
+        self.environment = {"TZ": zone}  # in addition to the desktop's; None: without that variable
         self.process = None
         self.log = Path(os.environ["HOME"], "tendel.log")
 
@@ -124,9 +143,9 @@ class Tendel:
         self.settings.write_text(json.dumps(settings), encoding="utf-8")
 
     def start(self, *arguments):
+        environment = {name: value for name, value in {**os.environ, **self.environment}.items() if value is not None}
         with self.log.open("ab") as log:
-            self.process = subprocess.Popen([self.binary, *arguments], stdout=log, stderr=log,
-                                            env={**os.environ, "TZ": self.zone})
+            self.process = subprocess.Popen([self.binary, *arguments], stdout=log, stderr=log, env=environment)
 
     def stop(self):
         """Ends it as the end of a session does; its exit code."""
@@ -256,6 +275,11 @@ class Tendel:
     def wait_gone(self, name, seconds=PATIENCE):
         until(lambda: not self.find(name), f'"{name}" off the screen', seconds)
 
+    def status(self):
+        """The foot of the main window; empty when nothing holds reminders back."""
+        line = self.find(".*", "status bar")
+        return line.name if line else ""
+
     def describe(self):
         """What is on the screen, in words."""
         if self.process and self.process.poll() is not None:
@@ -266,10 +290,10 @@ class Tendel:
 class OtherWindow:
     """A terminal in which the user types while alerts come and go."""
 
-    def __init__(self):
+    def __init__(self, *options):
         self.file = Path(os.environ["HOME"], "typed.txt")
-        self.process = subprocess.Popen(["xterm", "-fa", "monospace", "-geometry", "60x8+620+600", "-title", "Other window", "-e",
-                                         "sh", "-c", f"cat > '{self.file}'"], stderr=subprocess.DEVNULL)
+        self.process = subprocess.Popen(["xterm", "-fa", "monospace", "-geometry", "60x8+620+600",
+                                         "-title", "Other window", *options, "-e", "sh", "-c", f"cat > '{self.file}'"], stderr=subprocess.DEVNULL)
         self.window = until(lambda: self.search(), "the other window")
         run("xdotool", "windowactivate", "--sync", self.window)
         until(lambda: self.has_focus(), "the other window's focus")

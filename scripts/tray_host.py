@@ -72,6 +72,9 @@ class TrayIcon:
         return self.call(self.path, "org.freedesktop.DBus.Properties", "Get",
                          GLib.Variant("(ss)", ("org.kde.StatusNotifierItem", name)))[0]
 
+    def tool_tip(self):
+        return self.property("ToolTip")[2]
+
     def menu(self):
         """The menu's entries with their numbers, submenus as dictionaries: {"Open Tendel": 2, "Pause": {…}}."""
         def entries(item):

@@ -7,6 +7,7 @@
 #include "base/Log.h"
 #include "platform/linux/DataFolders.h"
 #include "platform/linux/LinuxEventLoop.h"
+#include "platform/linux/LinuxPresence.h"
 #include "platform/linux/TerminationSignals.h"
 #include "platform/qt/ApplicationService.h"
 #include "platform/qt/DesktopPreferences.h"
@@ -15,6 +16,7 @@
 #include "storage/Persistence.h"
 #include "ui/Interface.h"
 #include "ui/theme/Theme.h"
+#include "ui/window/NoticeWindow.h"
 
 namespace {
 
@@ -57,18 +59,19 @@ int main(int argc, char** argv) {
     auto opened = openOrStartFresh(storeFile(), loop.now());
     if (!opened) {
         std::fprintf(stderr, "%s\n", opened.error().c_str());
-        return 1;
+        return showStartFailure(opened.error());
     }
     Defaults defaults(defaultsFile());
     QtScreens screens;
     SilentSounds sounds;
     DesktopPreferences preferences;
+    LinuxPresence presence(loop);
 
     TendelApp app({.loop = loop,
                    .calendar = calendar,
                    .screens = screens,
                    .sounds = sounds,
-                   .presence = [] { return Presence::present; }},
+                   .presence = presence.sources()},
                   defaults, *opened->store);
     const auto followPreferences = [&] {
         app.alerts.model().reduceMotion = preferences.reducesMotion();

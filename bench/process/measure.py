@@ -2,9 +2,10 @@
 
     scripts/with-desktop /usr/bin/python3 bench/process/measure.py build/release [--seconds 60] [--starts 9]
 
-Both are started alone, one after the other, on the same desktop with the same tray host. Tendel has a store with ten
-years of history (250,000 events) and twenty armed reminders, and its window is never opened. Prints for each figure
-Tendel's, the minimal program's and the ratio. A wake-up is a voluntary context switch of any of its threads.
+Both are started alone, one after the other, on the same desktop with the same tray host, an audio server and a login
+manager (a mock of logind). Tendel has a store with ten years of history (250,000 events) and twenty armed reminders,
+and its window is never opened. Prints for each figure Tendel's, the minimal program's and the ratio. A wake-up is a
+voluntary context switch of any of its threads. `--tendel` measures another program file in place of the build's.
 """
 
 import argparse
@@ -18,6 +19,8 @@ import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+from audio_server import AudioServer  # noqa: E402
+from login_manager import LoginManager  # noqa: E402
 from tray_host import TrayHost  # noqa: E402
 
 
@@ -93,14 +96,25 @@ def fill(store):
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("build")
+    parser.add_argument("--tendel", help="a program file in place of the build's")
     parser.add_argument("--seconds", type=int, default=60, help="how long each rests")
     parser.add_argument("--starts", type=int, default=9, help="how often each is started for the start time")
     options = parser.parse_args()
     os.environ.pop("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", None)
     os.environ.pop("QT_ACCESSIBILITY", None)
 
-    programs = {"Tendel": [f"{options.build}/src/tendel", "--at-login"],
+    programs = {"Tendel": [options.tendel or f"{options.build}/src/tendel", "--at-login"],
                 "minimal": [f"{options.build}/bench/process/minimal_tray"]}
+    login, audio = LoginManager(), AudioServer()
+    os.environ.update(login.environment)
+    try:
+        measure(programs, options)
+    finally:
+        audio.stop()
+        login.stop()
+
+
+def measure(programs, options):
     host = TrayHost()
     process, _ = start(host, programs["Tendel"])  # makes the store
     stop(process)

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <functional>
-
 #include "alerts/NotchAlertController.h"
 #include "app/AppNavigation.h"
 #include "base/Calendar.h"
 #include "base/EventLoop.h"
-#include "model/Presence.h"
+#include "presence/UserPresence.h"
 #include "reminders/ReminderScheduler.h"
 #include "storage/AppSettings.h"
 #include "storage/Defaults.h"
@@ -24,12 +22,12 @@ public:
         Calendar& calendar;
         Screens& screens;
         SystemSounds& sounds;
-        std::function<Presence()> presence;
+        PresenceSources presence{};
     };
 
     TendelApp(Platform platform, Defaults& defaults, Store& store);
 
-    // The one-time import, the history's backfill, and then the scheduler.
+    // The one-time import, the history's backfill, then presence, which the scheduler asks.
     void start();
     // Saves what is not on disk yet.
     void willTerminate();
@@ -38,13 +36,17 @@ public:
     Defaults& defaults;
     Store& store;
     AppSettings settings;
+    UserPresence presence;
     ReminderScheduler scheduler;
     NotchAlertController alerts;
     AppNavigation navigation;
 
 private:
+    void presenceDidChange(Presence found);
+
     Subscription zoneChanged_;  // made first of all that listen, so that the calendar is right when
                                 // they look
+    Subscription alertsChanged_;
 };
 
 }  // namespace tendel

@@ -136,7 +136,7 @@ void ReminderScheduler::fire(Upcoming due) {
 void ReminderScheduler::handle(const Upcoming& due) {
     switch (presence_()) {
         case Presence::present:
-            if (isHoldingReminders_)
+            if (*isHoldingReminders_)
                 keep(due.items, KeptReason::focus, due.fireDate);
             else if (presenter)
                 presenter->present(due);
@@ -173,33 +173,36 @@ void ReminderScheduler::countAsBreaks(std::span<const Upcoming::Item> items, Ins
 
 void ReminderScheduler::keep(std::span<const Upcoming::Item> items, KeptReason reason,
                              Instant dueAt) {
+    auto all = *kept_;
     for (const Upcoming::Item& item : items) {
-        auto kept = std::ranges::find(kept_, item.id, &Upcoming::Item::id);
-        if (kept == kept_.end()) {
-            kept = kept_.insert(kept_.end(), item);
+        auto kept = std::ranges::find(all, item.id, &Upcoming::Item::id);
+        if (kept == all.end()) {
+            kept = all.insert(all.end(), item);
             if (!kept->missedAt) kept->missedAt = dueAt;
         }
         kept->keptReason = std::max(kept->keptReason.value_or(reason), reason);
     }
+    kept_.set(std::move(all));
 }
 
 void ReminderScheduler::presenceDidChange(Presence presence) {
     releaseTask_.stop();
-    if (presence != Presence::present || isHoldingReminders_ || kept_.empty()) return;
+    if (presence != Presence::present || *isHoldingReminders_ || kept_->empty()) return;
     releaseTask_.start(releaseDelay_, [this] {
-        if (!isHoldingReminders_ && presence_() == Presence::present) releaseKept();
+        if (!*isHoldingReminders_ && presence_() == Presence::present) releaseKept();
     });
 }
 
 void ReminderScheduler::setHoldingReminders(bool isHolding) {
-    const bool hasEnded = isHoldingReminders_ && !isHolding;
-    isHoldingReminders_ = isHolding;
+    const bool hasEnded = *isHoldingReminders_ && !isHolding;
+    isHoldingReminders_.set(isHolding);
     if (hasEnded && presence_() == Presence::present) releaseKept();
 }
 
 void ReminderScheduler::releaseKept() {
     releaseTask_.stop();
-    const auto items = refreshed(std::exchange(kept_, {}));
+    const auto items = refreshed(*kept_);
+    kept_.set({});
     if (items.empty() || !presenter) return;
     const auto earliest = std::ranges::min(items, {}, &Upcoming::Item::missedAt).missedAt;
     presenter->present({.items = items, .fireDate = earliest.value_or(loop_.now())});
@@ -209,7 +212,7 @@ void ReminderScheduler::pause(Instant until) {
     pauseStartedAt_ = loop_.now();
     pausedUntil_.set(until);
     onPauseChange();
-    kept_.clear();
+    kept_.set({});
     releaseTask_.stop();
     if (presenter) presenter->dismissAll();
     reschedule();

@@ -52,8 +52,9 @@ public:
     std::optional<Instant> pauseStartedAt() const { return pauseStartedAt_; }
     // The time for the interface, set anew at every whole minute.
     const Observable<Instant>& now() const { return now_; }
-    bool isHoldingReminders() const { return isHoldingReminders_; }
-    const std::vector<Upcoming::Item>& kept() const { return kept_; }
+    const Observable<bool>& isHoldingReminders() const { return isHoldingReminders_; }
+    // What fell due while it could not be shown, and waits to be.
+    const Observable<std::vector<Upcoming::Item>>& kept() const { return kept_; }
 
     ReminderAlertPresenting* presenter = nullptr;  // not owned
     std::function<void()> onPauseChange = [] {};
@@ -80,12 +81,12 @@ private:
     Duration releaseDelay_;
 
     bool isStarted_ = false;
-    bool isHoldingReminders_ = false;
+    Observable<bool> isHoldingReminders_;
     Observable<std::optional<Upcoming>> upcoming_;
     Observable<std::optional<Instant>> pausedUntil_;
     std::optional<Instant> pauseStartedAt_;
     Observable<Instant> now_;
-    std::vector<Upcoming::Item> kept_;
+    Observable<std::vector<Upcoming::Item>> kept_;
     std::unordered_map<ReminderId, Instant> snoozes_;
     std::optional<Instant> lastFired_;
 

@@ -160,7 +160,10 @@ public:
         database_->exec(
             "PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL; PRAGMA trusted_schema = OFF;"
             " PRAGMA cell_size_check = ON; PRAGMA cache_size = -1000");
-        if (!isKnownSound) checkPages(*database_);
+        if (!isKnownSound) {
+            checkPages(*database_);
+            database_->exec("PRAGMA shrink_memory");  // every page went through the cache
+        }
         bringUpToDate(*database_, file, storeMigrations());
         SQLite::Statement rows(*database_, sql::selectReminders);
         while (rows.executeStep())

@@ -4,15 +4,16 @@
 #include "ui/alert/AlertWindow.h"
 #include "ui/tray/TrayIcon.h"
 #include "ui/window/MainWindow.h"
-#include "ui/window/ResetNoticeWindow.h"
+#include "ui/window/NoticeWindow.h"
 
 namespace tendel {
 
 Interface::Interface(TendelApp& app)
     : app_(app),
+      hold_(app.scheduler, app.presence.state()),
       alertWindow_(std::make_unique<AlertWindow>(app.alerts.model(), app.alerts.actions(),
                                                  app.platform.loop)),
-      trayIcon_(std::make_unique<TrayIcon>(app)) {
+      trayIcon_(std::make_unique<TrayIcon>(app, hold_.current())) {
     app_.alerts.panel = alertWindow_.get();
     windowRequests_ = app_.navigation.windowRequests().observe([this] { openMainWindow(); });
 }
@@ -23,13 +24,13 @@ Interface::~Interface() {
 }
 
 void Interface::openMainWindow() {
-    if (!mainWindow_) mainWindow_ = new MainWindow(app_);
+    if (!mainWindow_) mainWindow_ = new MainWindow(app_, hold_.current());
     mainWindow_->comeForward();
 }
 
 void Interface::showResetNotice(const std::filesystem::path& folder) {
     // Deletes itself when it is answered.
-    (new ResetNoticeWindow(folder))->present();
+    makeResetNotice(folder)->present();
 }
 
 }  // namespace tendel

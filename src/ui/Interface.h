@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/AlertHold.h"
 #include "app/TendelApp.h"
 
 namespace tendel {
@@ -28,6 +29,7 @@ private:
     void openMainWindow();
 
     TendelApp& app_;
+    AlertHoldMonitor hold_;
     std::unique_ptr<AlertWindow> alertWindow_;
     std::unique_ptr<TrayIcon> trayIcon_;
     QPointer<MainWindow> mainWindow_;

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <sstream>
 
 #include "base/SimulatedEventLoop.h"
@@ -32,32 +31,37 @@ protected:
         loop_.advance(10s);
         return log_.str();
     }
+    std::string present(std::string title) {
+        return play([&] { model_.present(content(title)); });
+    }
+    std::string dismiss() {
+        return play([&] { model_.dismiss(); });
+    }
     void write(std::optional<MotionCurve> curve) {
-        static const std::map<NotchAlertPhase, std::string> phases{
-            {NotchAlertPhase::hidden, "hidden"},
-            {NotchAlertPhase::peek, "peek"},
-            {NotchAlertPhase::expanded, "expanded"},
-            {NotchAlertPhase::done, "done"}};
-        log_ << elapsed() << " " << phases.at(model_.phase());
+        const char* phases[] = {"hidden", "peek", "expanded", "done"};
+        log_ << elapsed() << " " << phases[int(model_.phase())];
         if (model_.showsContent()) log_ << " " << model_.content()->title;
         if (model_.showsCompletion()) log_ << " ✓" << model_.completionMessage();
         log_ << ": " << nameOf(curve) << "\n";
     }
     static std::string nameOf(const std::optional<MotionCurve>& curve) {
         if (!curve) return "at once";
-        if (*curve == Motion::bulge) return "bulge";
-        if (*curve == Motion::drop) return "drop";
-        if (*curve == Motion::expand) return "expand";
-        if (*curve == Motion::contentIn) return "contentIn";
-        if (*curve == Motion::contentOut) return "contentOut";
-        if (*curve == Motion::collapse) return "collapse";
-        if (*curve == Motion::collapseToDrop) return "collapseToDrop";
-        if (*curve == Motion::dropOut) return "dropOut";
-        if (*curve == Motion::swap) return "swap";
-        if (*curve == Motion::completion) return "completion";
-        if (*curve == Motion::reduced) return "reduced";
-        if (*curve == Motion::compactGrow) return "compactGrow";
-        if (*curve == Motion::compactShrink) return "compactShrink";
+        const std::pair<const char*, MotionCurve> names[] = {
+            {"bulge", Motion::bulge},
+            {"drop", Motion::drop},
+            {"expand", Motion::expand},
+            {"contentIn", Motion::contentIn},
+            {"contentOut", Motion::contentOut},
+            {"collapse", Motion::collapse},
+            {"collapseToDrop", Motion::collapseToDrop},
+            {"dropOut", Motion::dropOut},
+            {"swap", Motion::swap},
+            {"completion", Motion::completion},
+            {"reduced", Motion::reduced},
+            {"compactGrow", Motion::compactGrow},
+            {"compactShrink", Motion::compactShrink}};
+        for (const auto& [name, known] : names)
+            if (known == *curve) return name;
         return "unknown";
     }
 
@@ -70,35 +74,33 @@ protected:
 
 TEST_F(NotchAlertModelTest, GrowsOutOfTheNotchAndTucksIn) {
     model_.hasNotch = true;
-    EXPECT_EQ(play([&] { model_.present(content("A")); }),
-              "0 peek: bulge\n280 expanded: expand\n400 expanded A: contentIn\n");
+    EXPECT_EQ(present("A"), "0 peek: bulge\n280 expanded: expand\n400 expanded A: contentIn\n");
     EXPECT_TRUE(model_.isInteractive());
-    EXPECT_EQ(play([&] { model_.dismiss(); }),
-              "0 expanded: contentOut\n80 hidden: collapse\n530 gone\n");
-    EXPECT_EQ(play([&] { model_.dismiss(); }), "") << "there is nothing to hide";
+    EXPECT_EQ(dismiss(), "0 expanded: contentOut\n80 hidden: collapse\n530 gone\n");
+    EXPECT_EQ(dismiss(), "") << "there is nothing to hide";
     model_.setHovered(true);
-    play([&] { model_.present(content("B")); });
+    model_.speed = 4;
+    EXPECT_EQ(present("B"), "0 peek: bulge\n70 expanded: expand\n100 expanded B: contentIn\n");
     EXPECT_TRUE(model_.isHovered());
-    play([&] { model_.dismiss(); });
+    dismiss();
     EXPECT_FALSE(model_.isHovered()) << "nobody sees the pointer leave what is gone";
 }
 
 TEST_F(NotchAlertModelTest, FallsAsADropWhereThereIsNoNotch) {
-    EXPECT_EQ(play([&] { model_.present(content("A")); }),
-              "0 peek: drop\n140 expanded: expand\n260 expanded A: contentIn\n");
-    EXPECT_EQ(play([&] { model_.dismiss(); }),
+    EXPECT_EQ(present("A"), "0 peek: drop\n140 expanded: expand\n260 expanded A: contentIn\n");
+    EXPECT_EQ(dismiss(),
               "0 expanded: contentOut\n80 peek: collapseToDrop\n340 hidden: dropOut\n790 gone\n");
 }
 
 TEST_F(NotchAlertModelTest, CompactAndReducedOpenAndCloseInOneStep) {
     model_.style = AlertStyle::compact;
-    EXPECT_EQ(play([&] { model_.present(content("A")); }), "0 expanded A: compactGrow\n");
-    EXPECT_EQ(play([&] { model_.dismiss(); }), "0 hidden: compactShrink\n450 gone\n");
+    EXPECT_EQ(present("A"), "0 expanded A: compactGrow\n");
+    EXPECT_EQ(dismiss(), "0 hidden: compactShrink\n450 gone\n");
     model_.reduceMotion = true;
     for (const AlertStyle style : {AlertStyle::compact, AlertStyle::full}) {
         model_.style = style;
-        EXPECT_EQ(play([&] { model_.present(content("A")); }), "0 expanded A: reduced\n");
-        EXPECT_EQ(play([&] { model_.present(content("B")); }), "0 expanded B: reduced\n");
+        EXPECT_EQ(present("A"), "0 expanded A: reduced\n");
+        EXPECT_EQ(present("B"), "0 expanded B: reduced\n");
         EXPECT_EQ(play([&] { model_.celebrate({}); }),
                   "0 done B ✓Nice work!: reduced\n750 hidden ✓Nice work!: reduced\n1200 gone\n");
     }
@@ -106,35 +108,27 @@ TEST_F(NotchAlertModelTest, CompactAndReducedOpenAndCloseInOneStep) {
 
 TEST_F(NotchAlertModelTest, CompletionGoesOnToTheNextOrTucksIn) {
     model_.hasNotch = true;
-    play([&] { model_.present(content("A")); });
+    present("A");
     EXPECT_EQ(play([&] { model_.complete(content("B"), "Well done"); }),
               "0 done A ✓Well done: completion\n750 expanded B: expand\n");
-    EXPECT_TRUE(model_.isInteractive());
     EXPECT_EQ(play([&] { model_.celebrate({}); }),
               "0 done B ✓Nice work!: completion\n750 done ✓Nice work!: contentOut\n"
               "830 hidden ✓Nice work!: collapse\n1280 gone\n");
-    EXPECT_EQ(play([&] { model_.present(content("C")); }),
-              "0 peek: bulge\n280 expanded: expand\n400 expanded C: contentIn\n");
 }
 
 TEST_F(NotchAlertModelTest, WhatComesNextReplacesWhatRuns) {
-    play([&] { model_.present(content("A")); });
-    EXPECT_EQ(play([&] { model_.present(content("B")); }), "0 expanded B: swap\n");
+    present("A");
+    EXPECT_EQ(present("B"), "0 expanded B: swap\n");
     EXPECT_EQ(play([&] {
                   model_.celebrate(content("C"));
                   loop_.advance(300ms);
                   model_.dismiss();
-              }),
-              "0 done B ✓Nice work!: completion\n300 done ✓Nice work!: contentOut\n"
-              "380 peek ✓Nice work!: collapseToDrop\n640 hidden ✓Nice work!: dropOut\n1090 gone\n");
-    play([&] { model_.present(content("D")); });
-    EXPECT_EQ(play([&] {
-                  model_.dismiss();
                   loop_.advance(200ms);
                   model_.present(content("E"));
               }),
-              "0 expanded: contentOut\n80 peek: collapseToDrop\n"
-              "200 peek: drop\n340 expanded: expand\n460 expanded E: contentIn\n");
+              "0 done B ✓Nice work!: completion\n300 done ✓Nice work!: contentOut\n"
+              "380 peek ✓Nice work!: collapseToDrop\n500 peek: drop\n640 expanded: expand\n"
+              "760 expanded E: contentIn\n");
     EXPECT_EQ(play([&] {
                   model_.dismiss();
                   loop_.advance(500ms);
@@ -143,13 +137,6 @@ TEST_F(NotchAlertModelTest, WhatComesNextReplacesWhatRuns) {
               }),
               "0 expanded: contentOut\n80 peek: collapseToDrop\n340 hidden: dropOut\n790 gone\n");
     EXPECT_TRUE(model_.isHidden());
-}
-
-TEST_F(NotchAlertModelTest, SpeedDividesEveryWait) {
-    model_.speed = 4;
-    model_.hasNotch = true;
-    EXPECT_EQ(play([&] { model_.present(content("A")); }),
-              "0 peek: bulge\n70 expanded: expand\n100 expanded A: contentIn\n");
 }
 
 TEST_F(NotchAlertModelTest, RewritesWhatIsShownOrComesAfterTheCheckMark) {

@@ -32,7 +32,7 @@ class Alerts(Case):
         self.alert()
         self.answer("Done")
         self.assert_outcome("done")
-        self.until(lambda: not self.alert_button("Done"), "the alert off the screen")
+        self.wait_until_alert_is_gone()
         self.other.type("after")
 
     def test_skip_with_the_window_closed(self):
@@ -60,7 +60,7 @@ class Alerts(Case):
         self.answer("Snooze 1 min")
         self.assert_outcome("snoozed")
         answered = int(self.tendel.query("SELECT respondedAt FROM events")[0])
-        self.until(lambda: not self.alert_button("Done"), "the alert off the screen")
+        self.wait_until_alert_is_gone()
         self.until(lambda: self.alert_button("Done"), "the alert again", 75)
         self.assertGreaterEqual(time.time(), answered / 1e6 + 60)
         self.answer("Done")

@@ -46,6 +46,16 @@ class Case(unittest.TestCase):
         self.until(lambda: self.tendel.find(f".*{title}.*"), "the alert's title")
         self.other.type("while the alert is up")
 
+    def wait_until_alert_is_gone(self):
+        """Waits until it is off the screen for some looks in a row: while it leaves, one may miss it."""
+        looks = []
+
+        def is_gone():
+            looks.append(bool(self.alert_button("Done|Start .*")))
+            return len(looks) > 2 and not any(looks[-3:])
+
+        self.until(is_gone, "the alert off the screen")
+
     def alert_button(self, name):
         return self.tendel.find(name, "push button")
 

@@ -1,6 +1,6 @@
 """What the user made is there again after a start, and a store that cannot be opened never stops the program."""
 
-import subprocess
+import re
 
 from case import Case, main
 from desktop import until
@@ -46,12 +46,17 @@ class Store(Case):
         self.tendel.wait_for("New Reminder", "push button")
         self.assertIsNone(self.tendel.find(".*couldn't open its data.*"))
 
-    def test_no_store_at_all_ends_with_the_reason(self):
+    def test_no_store_at_all_is_told_and_ends(self):
         # A file stands where the folder of the data would be: neither the store nor a fresh one can be opened.
         self.tendel.store.parent.write_text("in the way", encoding="utf-8")
-        ended = subprocess.run([self.tendel.binary], capture_output=True, text=True, timeout=20)
-        self.assertNotEqual(ended.returncode, 0)
-        self.assertRegex(ended.stderr, r"(?m)^Couldn't open the reminders store: .+; starting fresh failed too: .+$")
+        self.tendel.start("--at-login")
+        self.tendel.wait_for("Tendel can't start")
+        reason = re.compile("Couldn't open the reminders store: .+; starting fresh failed too: .+")
+        until(lambda: any(reason.fullmatch(e.name or "") or reason.fullmatch(e.text) for e in self.tendel.elements()),
+              "the reason")
+        self.tendel.wait_for("Quit", "push button").click()
+        self.assertNotEqual(self.tendel.process.wait(10), 0)
+        self.assertTrue(any(map(reason.fullmatch, self.tendel.log.read_text().splitlines())))
         self.assertEqual(self.tendel.store.parent.read_text(encoding="utf-8"), "in the way")
 
 

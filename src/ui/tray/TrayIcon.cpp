@@ -52,7 +52,8 @@ QIcon drawnIcon(bool isPaused) {
 
 }  // namespace
 
-TrayIcon::TrayIcon(TendelApp& app) : app_(app) {
+TrayIcon::TrayIcon(TendelApp& app, const Observable<std::optional<AlertHold>>& hold)
+    : app_(app), hold_(hold) {
     host_.find([this] { appear(); });
 }
 
@@ -69,6 +70,7 @@ void TrayIcon::appear() {
     const auto look = [this] { refresh(); };
     subscriptions_.push_back(app_.scheduler.upcoming().observe(look));
     subscriptions_.push_back(app_.scheduler.pausedUntil().observe(look));
+    subscriptions_.push_back(hold_.observe(look));
     // A new day makes a weekday of a time or the reverse, another zone another time.
     subscriptions_.push_back(app_.scheduler.now().observe(look));
 }
@@ -107,16 +109,10 @@ void TrayIcon::refresh() {
 QString TrayIcon::toolTip() const {
     const Calendar& calendar = app_.platform.calendar;
     const Instant now = app_.platform.loop.now();
-    const auto when = [&](Instant t) {
-        const std::string time = calendar.formatTime(t);
-        if (calendar.day(now).contains(t)) return text(time);
-        return text(calendar.formatWeekdayShort(t) + " " + time);
-    };
-    if (const auto& until = app_.scheduler.pausedUntil().get())
-        return QStringLiteral("Paused until ") + when(*until);
+    if (const auto& hold = hold_.get()) return text(hold->text(calendar, now));
     if (const auto& upcoming = app_.scheduler.upcoming().get())
         return QStringLiteral("Next: %1, %2")
-            .arg(text(upcoming->title()), when(upcoming->fireDate));
+            .arg(text(upcoming->title()), text(whenOnClock(upcoming->fireDate, now, calendar)));
     return QStringLiteral("Tendel");
 }
 

@@ -7,16 +7,18 @@
 #include <optional>
 #include <vector>
 
+#include "app/AlertHold.h"
 #include "app/TendelApp.h"
 #include "ui/tray/TrayHost.h"
 
 namespace tendel {
 
-// The icon in the desktop's tray: opens the main window, pauses reminders, and says what comes
-// next. Where there is no tray it waits for one. Main thread only; the app must outlive it.
+// The icon in the desktop's tray: opens the main window, pauses reminders, and says what holds
+// them back or comes next. Where there is no tray it waits for one. Main thread only; the app must
+// outlive it.
 class TrayIcon {
 public:
-    explicit TrayIcon(TendelApp& app);
+    TrayIcon(TendelApp& app, const Observable<std::optional<AlertHold>>& hold);
 
 private:
     void appear();
@@ -26,6 +28,7 @@ private:
     QString toolTip() const;
 
     TendelApp& app_;
+    const Observable<std::optional<AlertHold>>& hold_;
     TrayHost host_;
     QMenu menu_;
     QMenu* pauseMenu_ = nullptr;

@@ -16,6 +16,7 @@
 #include "ui/window/ReminderListPage.h"
 #include "ui/window/Sheet.h"
 #include "ui/window/Sidebar.h"
+#include "ui/window/StatusLine.h"
 
 namespace tendel {
 
@@ -27,7 +28,8 @@ constexpr int editorWidth = 460;
 
 }  // namespace
 
-MainWindow::MainWindow(TendelApp& app) : app_(app) {
+MainWindow::MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>>& hold)
+    : app_(app), hold_(hold) {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Tendel"));
     setMinimumSize(leastSize);
@@ -39,7 +41,12 @@ MainWindow::MainWindow(TendelApp& app) : app_(app) {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(sidebar_);
-    row->addWidget(pages_, 1);
+    auto* column = new QVBoxLayout;
+    column->setSpacing(0);
+    column->addWidget(pages_, 1);
+    status_ = new StatusLine(this);
+    column->addWidget(status_);
+    row->addLayout(column, 1);
 
     for (const auto& [item, kind] :
          {std::pair{SidebarItem::privateReminders, ReminderKind::private_},
@@ -55,7 +62,12 @@ MainWindow::MainWindow(TendelApp& app) : app_(app) {
     addShortcuts();
     refreshCounts();
     showSection(app_.navigation.takeRequestedItem().value_or(SidebarItem::workReminders));
-    saved_ = app_.store.saved.connect([this] { refreshCounts(); });
+    refreshStatus();
+    subscriptions_.push_back(app_.store.saved.connect([this] { refreshCounts(); }));
+    const auto lookAtStatus = [this] { refreshStatus(); };
+    subscriptions_.push_back(hold_.observe(lookAtStatus));
+    // Another day or zone words the end of a pause otherwise.
+    subscriptions_.push_back(app_.scheduler.now().observe(lookAtStatus));
 }
 
 void MainWindow::addShortcuts() {
@@ -101,6 +113,13 @@ void MainWindow::refreshCounts() {
     for (const auto& [item, page] : pageOf_)
         sidebar_->setCount(item, static_cast<int>(std::ranges::count(
                                      app_.store.reminders(), page->kind(), &Reminder::kind)));
+}
+
+void MainWindow::refreshStatus() {
+    const auto& hold = hold_.get();
+    if (!hold) return status_->setStatus({}, {});
+    status_->setStatus(symbolOf(hold->reason),
+                       toQString(hold->text(app_.platform.calendar, app_.platform.loop.now())));
 }
 
 void MainWindow::createReminder() {

@@ -5,7 +5,10 @@
 
 #include <functional>
 #include <map>
+#include <optional>
+#include <vector>
 
+#include "app/AlertHold.h"
 #include "app/TendelApp.h"
 
 class QStackedWidget;
@@ -16,13 +19,14 @@ class ReminderEditor;
 class ReminderListPage;
 class Sheet;
 class Sidebar;
+class StatusLine;
 
 // The window with the sections at its left. Made when it is asked for and deleted when it is
 // closed; closing asks about what was written in the editor and not saved.
 class MainWindow : public QWidget {
     Q_OBJECT
 public:
-    explicit MainWindow(TendelApp& app);
+    MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>>& hold);
 
     // Shows the window in front of others, on the section that was asked for if there was one.
     void comeForward();
@@ -43,15 +47,18 @@ private:
     void askToDelete(ReminderId id);
     void addShortcuts();
     void refreshCounts();
+    void refreshStatus();
 
     TendelApp& app_;
+    const Observable<std::optional<AlertHold>>& hold_;
     Sidebar* sidebar_;
     QStackedWidget* pages_;
+    StatusLine* status_;
     std::map<SidebarItem, ReminderListPage*> pageOf_;
     QPointer<Sheet> editorSheet_;
     QPointer<Sheet> question_;
-    ReminderEditor* editor_ = nullptr;  // on `editorSheet_`
-    Subscription saved_;                // last member: goes first
+    ReminderEditor* editor_ = nullptr;         // on `editorSheet_`
+    std::vector<Subscription> subscriptions_;  // last member: goes first
 };
 
 }  // namespace tendel

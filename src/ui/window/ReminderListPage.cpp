@@ -20,7 +20,6 @@ namespace tendel {
 
 namespace {
 
-constexpr int edge = 24;
 constexpr int widestColumn = 840;
 constexpr int cardGap = 8;
 
@@ -70,6 +69,10 @@ ReminderListPage::ReminderListPage(TendelApp& app, ReminderKind kind, QWidget* p
     subscriptions_.push_back(app_.scheduler.pausedUntil().observe(look));
     subscriptions_.push_back(app_.settings.workingHours.observe(look));
     subscriptions_.push_back(app_.platform.loop.timeZoneChanged.connect(look));
+}
+
+int ReminderListPage::leftOfColumn(int width) {
+    return std::max(edge, (width - widestColumn) / 2 + focusMargin);
 }
 
 QWidget* ReminderListPage::makeHeader() {
@@ -198,8 +201,8 @@ QString ReminderListPage::summary(Instant now, std::optional<Instant> next) cons
     const QString many =
         count == 1 ? tr("1 reminder") : tr("%1 reminders").arg(static_cast<qulonglong>(count));
     const Calendar& calendar = app_.platform.calendar;
-    if (const auto until = app_.scheduler.pausedUntil().get())
-        return many + tr(" · paused until ") + toQString(calendar.formatTime(*until));
+    // The window's foot says until when.
+    if (app_.scheduler.pausedUntil().get()) return many;
     if (!next || !calendar.day(now).contains(*next)) return many + tr(" · nothing more today");
     return many + tr(" · next at ") + toQString(calendar.formatTime(*next));
 }

@@ -21,6 +21,10 @@ class SlimScrollArea;
 class ReminderListPage : public QWidget {
     Q_OBJECT
 public:
+    static constexpr int edge = 24;  // between a page's side and what it holds
+    // Where the column of cards begins in a page of that width; it is centred in a wide one.
+    static int leftOfColumn(int width);
+
     ReminderListPage(TendelApp& app, ReminderKind kind, QWidget* parent = nullptr);
 
     ReminderKind kind() const { return kind_; }

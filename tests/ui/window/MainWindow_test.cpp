@@ -3,16 +3,19 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStackedWidget>
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <set>
 
 #include "QtEnvironment.h"
 #include "ui/theme/Theme.h"
+#include "ui/window/NoticeWindow.h"
 #include "ui/window/ReminderCard.h"
-#include "ui/window/ResetNoticeWindow.h"
 #include "ui/window/Sheet.h"
+#include "ui/window/StatusLine.h"
 
 namespace tendel {
 namespace {
@@ -257,6 +260,50 @@ TEST(MainWindow, FollowsTheSchemeWhileItIsOpen) {
     EXPECT_NE(followed, open->grab().toImage());
 }
 
+TEST(MainWindow, SaysInItsFootWhatHoldsRemindersBack) {
+    Desk desk;
+    desk.calendar = Calendar("Europe/Berlin", "de_DE");
+    for (const auto* title : {"one", "two"})
+        desk.store.add(titled(title));
+    OpenWindow window(desk);
+    const QWidget* foot = window->findChild<StatusLine*>();
+    const auto* pages = window->findChild<QStackedWidget*>();
+    const QSize wholePage = pages->size();
+    const auto keep = [&](std::size_t i) {
+        desk.app.scheduler.keep(std::array{Upcoming::Item::of(desk.store.reminders()[i])},
+                                KeptReason::call, desk.loop.now());
+    };
+    const auto present = [&](Presence presence) { window.presence.set(presence); };
+    const auto pause = [&](Duration length) { desk.app.scheduler.pause(desk.loop.now() + length); };
+    const std::pair<std::function<void()>, const char*> steps[] = {
+        {[] {}, ""},
+        {[&] { present(Presence::busyPresentation); }, "Presenting"},
+        {[&] { present(Presence::busyCall); }, "In a call"},
+        {[&] { keep(0); }, "In a call · 1 reminder waits"},
+        {[&] { keep(1); }, "In a call · 2 reminders wait"},
+        {[&] { present(Presence::away); }, "Away · 2 reminders wait"},
+        {[&] { pause(minutes(30)); }, "Paused until 10:42"},
+        {[&] { pause(std::chrono::hours(23)); }, "Paused until Di 09:12"},
+        {[&] {
+             desk.calendar.setZone("Asia/Tokyo");
+             desk.loop.advance(minutes(1));
+         },
+         "Paused until Di 17:12"},
+        {[&] { desk.app.scheduler.resume(); }, "Away"},
+        {[&] { desk.app.scheduler.setHoldingReminders(true); }, "Away"},
+        {[&] { present(Presence::present); }, "Focusing"},
+        {[&] { keep(0); }, "Focusing · 1 reminder waits"},
+        {[&] { desk.app.scheduler.setHoldingReminders(false); }, ""},
+    };
+    for (const auto& [step, text] : steps) {
+        step();
+        QApplication::processEvents();
+        EXPECT_EQ(foot->isVisible(), *text != 0) << text;
+        EXPECT_EQ(foot->accessibleName().toStdString(), text);
+        EXPECT_EQ(pages->size() == wholePage, *text == 0) << text;
+    }
+}
+
 // Everything that takes the keyboard or the pointer, by the tree that assistive programs read.
 void collectNameless(QAccessibleInterface* at, int& controls, QStringList& nameless) {
     if (!at || at->state().invisible) return;
@@ -291,9 +338,9 @@ TEST(MainWindow, NamesEveryControl) {
     press(Qt::Key_Escape);
     press(Qt::Key_Delete);
     check(window->findChildren<Sheet*>().last(), 2);
-    ResetNoticeWindow notice("/tmp/Damaged Store");
-    notice.present();
-    check(&notice, 2);
+    const std::unique_ptr<NoticeWindow> notice(makeResetNotice("/tmp/Damaged Store"));
+    notice->present();
+    check(notice.get(), 2);
 }
 
 }  // namespace

@@ -35,9 +35,11 @@ inline void type(const char* text) {
     QApplication::processEvents();
 }
 
-// The main window on a desk, shown and active. Deleted by itself when it closes.
+// The main window on a desk, shown and active, of a user who is `presence`. Deleted by itself when
+// it closes.
 struct OpenWindow {
-    explicit OpenWindow(Desk& desk) : window(new MainWindow(desk.app)) {
+    explicit OpenWindow(Desk& desk)
+        : hold(desk.app.scheduler, presence), window(new MainWindow(desk.app, hold.current())) {
         window->comeForward();
         if (!QTest::qWaitForWindowActive(window)) std::abort();
     }
@@ -45,6 +47,8 @@ struct OpenWindow {
     MainWindow* operator->() const { return window; }
     MainWindow& operator*() const { return *window; }
 
+    Observable<Presence> presence;
+    AlertHoldMonitor hold;
     QPointer<MainWindow> window;
 };
 

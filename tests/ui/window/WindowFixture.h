@@ -93,11 +93,7 @@ struct Desk {
     NoSounds sounds;
     Defaults defaults;
     MemoryStore store;
-    TendelApp app{{.loop = loop,
-                   .calendar = calendar,
-                   .screens = screens,
-                   .sounds = sounds,
-                   .presence = [] { return Presence::present; }},
+    TendelApp app{{.loop = loop, .calendar = calendar, .screens = screens, .sounds = sounds},
                   defaults,
                   store};
 };

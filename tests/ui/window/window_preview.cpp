@@ -1,7 +1,9 @@
 // Puts the main window on the screen with sample reminders, to be looked at:
-//   window_preview [--private] [--dark] [--empty] [--off] [--many] [--locale de_DE] [--size
-//   720x480]
-//                  [--new | --edit N | --delete N | --notice] [--scroll] [--focus] [--shot FILE]
+//   window_preview [--private] [--dark] [--empty] [--off] [--many] [--locale de_DE]
+//                  [--size 720x480] [--call | --presentation | --away | --pause] [--waiting N]
+//                  [--status TEXT]
+//                  [--new | --edit N | --delete N | --notice | --failure] [--scroll] [--focus]
+//                  [--shot FILE]
 // With --shot it draws itself into a picture and ends.
 
 #include <QApplication>
@@ -15,8 +17,9 @@
 #include "ui/theme/SlimScrollArea.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/MainWindow.h"
+#include "ui/window/NoticeWindow.h"
 #include "ui/window/ReminderCard.h"
-#include "ui/window/ResetNoticeWindow.h"
+#include "ui/window/StatusLine.h"
 
 using namespace tendel;
 
@@ -80,10 +83,10 @@ void fill(Store& store, bool areAllOff, int many) {
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QCommandLineParser options;
-    for (const auto* flag :
-         {"private", "dark", "empty", "off", "many", "new", "notice", "scroll", "focus"})
+    for (const auto* flag : {"private", "dark", "empty", "off", "many", "new", "notice", "scroll",
+                             "focus", "call", "presentation", "away", "pause", "failure"})
         options.addOption({QString(flag), QString()});
-    for (const auto* value : {"locale", "size", "edit", "delete", "shot"})
+    for (const auto* value : {"locale", "size", "edit", "delete", "shot", "waiting", "status"})
         options.addOption({QString(value), QString(), "value"});
     options.process(application);
 
@@ -92,9 +95,31 @@ int main(int argc, char** argv) {
     if (!options.isSet("empty"))
         fill(desk.store, options.isSet("off"), options.isSet("many") ? 1000 : 0);
 
+    Observable<Presence> presence;
+    AlertHoldMonitor hold(desk.app.scheduler, presence);
+    if (options.isSet("call")) presence.set(Presence::busyCall);
+    if (options.isSet("presentation")) presence.set(Presence::busyPresentation);
+    if (options.isSet("away")) presence.set(Presence::away);
+    std::vector<Upcoming::Item> waiting;
+    for (const Reminder& reminder : desk.store.reminders())
+        if (std::ssize(waiting) < options.value("waiting").toInt())
+            waiting.push_back(Upcoming::Item::of(reminder));
+    desk.app.scheduler.keep(waiting, KeptReason::call, desk.loop.now());
+    if (options.isSet("pause")) desk.app.scheduler.pause(desk.loop.now() + std::chrono::hours(15));
+
     QWidget* shown = nullptr;
+    if (options.isSet("failure")) {
+        QTimer::singleShot(300, [&] {
+            QApplication::activeModalWidget()->grab().save(options.value("shot"));
+            if (options.isSet("shot")) QApplication::activeModalWidget()->close();
+        });
+        return showStartFailure(
+            "Couldn't open the reminders store: unable to open database file; starting fresh "
+            "failed too: Couldn't move \"/home/ada/.local/share/tendel/Tendel.store\" aside: "
+            "Permission denied");
+    }
     if (options.isSet("notice")) {
-        auto* notice = new ResetNoticeWindow(
+        auto* notice = makeResetNotice(
             "/home/ada/.local/share/tendel/Damaged Store "
             "2026-03-02 at 10.12.00");
         notice->present();
@@ -102,9 +127,11 @@ int main(int argc, char** argv) {
     } else {
         QElapsedTimer clock;
         clock.start();
-        auto* window = new MainWindow(desk.app);
+        auto* window = new MainWindow(desk.app, hold.current());
         const QStringList size = options.value("size").split('x');
         if (size.size() == 2) window->resize(size[0].toInt(), size[1].toInt());
+        if (options.isSet("status"))
+            window->findChild<StatusLine*>()->setStatus("phone", options.value("status"));
         if (options.isSet("private")) window->showSection(SidebarItem::privateReminders);
         window->comeForward();
         QElapsedTimer wait;
