@@ -74,7 +74,8 @@ TEST(CalendarSweepTest, EveryDayAroundEveryClockChangeOfEveryZoneIsAsDefined) {
         name->toUTF8String(zoneName);
         const Zone zone(*name);
         const Calendar calendar(zoneName, "en");
-        const Calendar asked(zoneName, "en");  // has not seen the day by its date
+        // One that has not seen a day by its date, and one that sees it by nothing else.
+        const Calendar asked(zoneName, "en"), dated(zoneName, "en");
         for (const Instant change : zone.changes) {
             const auto told = [&] { return zoneName + " " + formatIso8601(change); };
             DayInterval day = calendar.day(change - days(2));
@@ -87,6 +88,8 @@ TEST(CalendarSweepTest, EveryDayAroundEveryClockChangeOfEveryZoneIsAsDefined) {
                     if (!day.contains(t)) continue;
                     ASSERT_EQ(asked.day(t).day, day.day) << told();
                 }
+                // A date that was skipped stands for the next one.
+                ASSERT_EQ(dated.day(CivilDay{int(day.day) + 1}).start, day.end) << told();
                 const int weekday = ((int(day.day) + 4) % 7 + 7) % 7 + 1;
                 ASSERT_EQ(day.weekday, weekday) << told();
 

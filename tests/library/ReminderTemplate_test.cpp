@@ -11,16 +11,11 @@ namespace {
 
 TEST(ReminderTemplateTest, TitleNamesAnEntryByItsTitleElseByATagOfItsOwn) {
     const char* cases[][2] = {
-        {"Look away", "look-away"},
         {" \tLOOK AWAY\n", "look-away"},
         {"Drínk wáter", "drink-water"},
         {"hydration", "drink-water"},
-        {"20-20-20", "look-away"},
-        {"Jaw", "relax-your-face"},
         {"screen", ""},  // three entries carry it
-        {"eyes", ""},    //
         {"Look", ""},    // a part of a title
-        {"", ""},
         {"  ", ""},
         {"Feed the cat", ""},
     };
@@ -58,7 +53,6 @@ TEST(ReminderDisplayTest, ShowsTheChoiceElseWhatTheTitleSuggests) {
         {"Neck rolls", {}, "squats", "arrow.clockwise.circle", ExerciseAnimation::squats},
         {"Neck rolls", {}, "juggling", "arrow.clockwise.circle", ExerciseAnimation::neck},
         {"Feed the cat", {}, {}, "bell", std::nullopt},
-        {"Drink water", {}, {}, "drop", std::nullopt},
     };
     for (const Case& c : cases) {
         Reminder reminder;

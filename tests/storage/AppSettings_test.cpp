@@ -14,30 +14,54 @@ namespace {
 
 using nlohmann::json;
 
-// All settings by their keys.
-json all(const AppSettings& s) {
-    return {{"workingHours", encode(*s.workingHours)},
-            {"showsMenuBarCountdown", *s.showsMenuBarCountdown},
-            {"alertAutoHide", static_cast<int>(*s.alertAutoHide)},
-            {"alertStyle", rawValue(*s.alertStyle)},
-            {"snoozeMinutes", *s.snoozeMinutes},
-            {"dailyGoal", *s.dailyGoal ? encode(**s.dailyGoal) : json()},
-            {"focusPlan", encode(*s.focusPlan)},
-            {"showsFocusInNotch", *s.showsFocusInNotch},
-            {"showsPausesInNotch", *s.showsPausesInNotch},
-            {"hidesLivePillInFullScreen", *s.hidesLivePillInFullScreen},
-            {"playsBreakEndSound", *s.playsBreakEndSound},
-            {"countsAwayAsBreak", *s.countsAwayAsBreak},
-            {"idleMinutes", *s.idleMinutes},
-            {"holdsAlertsWhenBusy", *s.holdsAlertsWhenBusy},
-            {"hasCompletedSetup", *s.hasCompletedSetup},
-            {"settingsPane", *s.settingsPane},
-            {"statsRange", rawValue(*s.statsRange)},
-            {"statsFilter", rawValue(*s.statsFilter)},
-            {"soundVolume", *s.soundVolume},
-            {"focusMix", encode(*s.focusMix)},
-            {"sharesUsage", *s.sharesUsage},
-            {"breakMix", encode(*s.breakMix)}};
+// Hands each key to `visit` with its setting in both.
+template <class Visit>
+void forEach(const AppSettings& a, AppSettings& b, const Visit& visit) {
+    visit("workingHours", a.workingHours, b.workingHours);
+    visit("showsMenuBarCountdown", a.showsMenuBarCountdown, b.showsMenuBarCountdown);
+    visit("alertAutoHide", a.alertAutoHide, b.alertAutoHide);
+    visit("alertStyle", a.alertStyle, b.alertStyle);
+    visit("snoozeMinutes", a.snoozeMinutes, b.snoozeMinutes);
+    visit("dailyGoal", a.dailyGoal, b.dailyGoal);
+    visit("focusPlan", a.focusPlan, b.focusPlan);
+    visit("showsFocusInNotch", a.showsFocusInNotch, b.showsFocusInNotch);
+    visit("showsPausesInNotch", a.showsPausesInNotch, b.showsPausesInNotch);
+    visit("hidesLivePillInFullScreen", a.hidesLivePillInFullScreen, b.hidesLivePillInFullScreen);
+    visit("playsBreakEndSound", a.playsBreakEndSound, b.playsBreakEndSound);
+    visit("countsAwayAsBreak", a.countsAwayAsBreak, b.countsAwayAsBreak);
+    visit("idleMinutes", a.idleMinutes, b.idleMinutes);
+    visit("holdsAlertsWhenBusy", a.holdsAlertsWhenBusy, b.holdsAlertsWhenBusy);
+    visit("hasCompletedSetup", a.hasCompletedSetup, b.hasCompletedSetup);
+    visit("settingsPane", a.settingsPane, b.settingsPane);
+    visit("statsRange", a.statsRange, b.statsRange);
+    visit("statsFilter", a.statsFilter, b.statsFilter);
+    visit("soundVolume", a.soundVolume, b.soundVolume);
+    visit("focusMix", a.focusMix, b.focusMix);
+    visit("sharesUsage", a.sharesUsage, b.sharesUsage);
+    visit("breakMix", a.breakMix, b.breakMix);
+}
+
+template <class T>
+json asJson(const T& value) {
+    if constexpr (requires { encode(value); })
+        return encode(value);
+    else if constexpr (requires { encode(*value); })
+        return value ? encode(*value) : json();
+    else if constexpr (std::is_same_v<T, AlertAutoHide>)
+        return static_cast<int>(value);
+    else if constexpr (std::is_enum_v<T>)
+        return rawValue(value);
+    else
+        return value;
+}
+
+// What a start with these defaults reads.
+json settingsFrom(Defaults& defaults) {
+    AppSettings settings(defaults);
+    json all;
+    forEach(settings, settings,
+            [&](const char* key, const auto& setting, auto&) { all[key] = asJson(*setting); });
+    return all;
 }
 
 const json fresh = json::parse(R"({
@@ -52,6 +76,33 @@ const json fresh = json::parse(R"({
     "focusMix": {"levels": {}, "on": []}, "sharesUsage": true,
     "breakMix": {"levels": {}, "on": []}})");
 
+const json chosen = json::parse(R"({
+    "workingHours": {"start": {"hour": 22, "minute": 0}, "end": {"hour": 6, "minute": 30},
+                     "workdays": []},
+    "showsMenuBarCountdown": true, "alertAutoHide": 0, "alertStyle": "compact", "snoozeMinutes": 9,
+    "dailyGoal": {"text": "Walk \"far\" \n ü", "day": "2026-03-02T00:00:00Z", "isDone": true},
+    "focusPlan": {"focusMinutes": 45, "breakMinutes": 15, "longBreakEvery": 3},
+    "showsFocusInNotch": false, "showsPausesInNotch": false, "hidesLivePillInFullScreen": true,
+    "playsBreakEndSound": false, "countsAwayAsBreak": false, "idleMinutes": 10,
+    "holdsAlertsWhenBusy": false, "hasCompletedSetup": true, "settingsPane": "about",
+    "statsRange": "today", "statsFilter": "private", "soundVolume": 0.125,
+    "focusMix": {"levels": {"brown": 0.25}, "on": ["ambient"]}, "sharesUsage": false,
+    "breakMix": {"levels": {}, "on": ["ocean", "wind"]}})");
+
+// Each setting goes to its own key at once, in a form that the next start reads back.
+TEST(AppSettings, AreThereAtTheNextStart) {
+    const test::TemporaryFolder folder;
+    const auto file = folder.path / "defaults.json";
+    Defaults source, defaults(file);
+    for (const auto& [key, value] : chosen.items())
+        ASSERT_TRUE(source.set(key, value));
+    EXPECT_EQ(settingsFrom(source), chosen);
+    AppSettings settings(defaults);
+    forEach(AppSettings(source), settings,
+            [](const char*, const auto& from, auto& to) { to.set(*from); });
+    EXPECT_EQ(json::parse(contentOf(file)), chosen);
+}
+
 // Whatever is stored, each setting reads as something that makes sense, the others unharmed.
 TEST(AppSettings, ReadWhatIsStoredOrTheDefault) {
     constexpr auto asStored = "", byDefault = "default";
@@ -62,53 +113,27 @@ TEST(AppSettings, ReadWhatIsStoredOrTheDefault) {
     };
     const std::string hours = R"({"start":{"hour":8,"minute":30},"end":{"hour":6,"minute":0},)";
     const Case cases[] = {
-        {"nothing", "0", asStored},
-        {"workingHours", hours + R"("workdays":[1,7]})", asStored},
-        {"workingHours", hours + R"("workdays":[]})", asStored},
-        {"workingHours", hours + R"("workdays":[],"more":1})", hours + R"("workdays":[]})"},
+        {"workingHours", hours + R"("workdays":[1,7],"more":1})", hours + R"("workdays":[1,7]})"},
         {"workingHours", hours + R"("workdays":["Monday"]})", byDefault},
         {"workingHours", hours + R"("workdays":7})", byDefault},
         {"workingHours", R"({"start":{"hour":8},"end":{"hour":9,"minute":0},"workdays":[]})",
          byDefault},
-        {"workingHours", "[8, 16]", byDefault},
-        {"alertAutoHide", "10", asStored},
         {"alertAutoHide", "60", asStored},
-        {"alertAutoHide", "0", asStored},
         {"alertAutoHide", "45", byDefault},
-        {"alertAutoHide", "-1", byDefault},
         {"alertAutoHide", "\"10\"", byDefault},
-        {"alertAutoHide", "18446744073709551615", byDefault},
-        {"alertStyle", "\"compact\"", asStored},
         {"alertStyle", "\"Compact\"", byDefault},
-        {"alertStyle", "1", byDefault},
-        {"snoozeMinutes", "12", asStored},
         {"snoozeMinutes", "12.5", byDefault},
         {"snoozeMinutes", "99999999999", byDefault},
-        {"snoozeMinutes", "true", byDefault},
-        {"dailyGoal", R"({"text":"Rest","day":"2026-03-02T00:00:00Z","isDone":true})", asStored},
         {"dailyGoal", R"({"text":"Rest","day":"today","isDone":true})", byDefault},
-        {"focusPlan", R"({"focusMinutes":50,"breakMinutes":10,"longBreakEvery":4})", asStored},
         {"focusPlan", R"({"focusMinutes":50,"breakMinutes":10})", asStored},
         {"focusPlan", R"({"focusMinutes":50,"breakMinutes":10,"longBreakEvery":"4"})", byDefault},
-        {"focusPlan", R"({"focusMinutes":50})", byDefault},
         {"showsMenuBarCountdown", "\"true\"", byDefault},
-        {"holdsAlertsWhenBusy", "0", byDefault},
-        {"sharesUsage", "null", byDefault},
-        {"idleMinutes", "3", asStored},
-        {"idleMinutes", "10", asStored},
         {"idleMinutes", "15", asStored},
         {"idleMinutes", "7", byDefault},
-        {"idleMinutes", "0", byDefault},
-        {"statsRange", "\"month\"", asStored},
         {"statsRange", "\"year\"", byDefault},
-        {"statsFilter", "\"private\"", asStored},
         {"statsFilter", "\"private_\"", byDefault},
-        {"soundVolume", "0.25", asStored},
-        {"soundVolume", "1", asStored},
         {"soundVolume", "1.7", "1.0"},
         {"soundVolume", "-2", "0.0"},
-        {"soundVolume", "\"loud\"", byDefault},
-        {"focusMix", R"({"levels":{"rain":0.5},"on":["rain","fan"]})", asStored},
         {"focusMix", R"({"levels":{"rain":0.5},"on":["hail"]})", byDefault},
         {"breakMix", R"({"levels":{"rain":"0.5"},"on":[]})", byDefault},
     };
@@ -117,66 +142,23 @@ TEST(AppSettings, ReadWhatIsStoredOrTheDefault) {
         Defaults defaults;
         ASSERT_TRUE(defaults.set(each.key, json::parse(each.stored)));
         json expected = fresh;
-        if (each.reads != byDefault && fresh.contains(each.key))
+        if (each.reads != byDefault)
             expected[each.key] = json::parse(each.reads == asStored ? each.stored : each.reads);
-        EXPECT_EQ(all(AppSettings(defaults)), expected);
+        EXPECT_EQ(settingsFrom(defaults), expected);
     }
-}
-
-// Each setting goes to its own key at once, in a form that the next start reads back.
-TEST(AppSettings, AreThereAtTheNextStart) {
-    const TemporaryFolder folder;
-    const auto file = folder.path / "defaults.json";
-    json chosen;
-    {
-        Defaults defaults(file);
-        AppSettings s(defaults);
-        s.workingHours.set({{22, 0}, {6, 0}, {}});
-        s.showsMenuBarCountdown.set(true);
-        s.alertAutoHide.set(AlertAutoHide::never);
-        s.alertStyle.set(AlertStyle::compact);
-        s.snoozeMinutes.set(9);
-        s.dailyGoal.set(DailyGoal{"Walk \"far\" \n ü", Instant{std::chrono::hours(7)}, true});
-        s.focusPlan.set({45, 15, 3});
-        s.showsFocusInNotch.set(false);
-        s.showsPausesInNotch.set(false);
-        s.hidesLivePillInFullScreen.set(true);
-        s.playsBreakEndSound.set(false);
-        s.countsAwayAsBreak.set(false);
-        s.idleMinutes.set(10);
-        s.holdsAlertsWhenBusy.set(false);
-        s.hasCompletedSetup.set(true);
-        s.settingsPane.set("about");
-        s.statsRange.set(StatsRange::today);
-        s.statsFilter.set(StatsFilter::private_);
-        s.soundVolume.set(0.125);
-        s.focusMix.set({{{FocusSound::brown, 0.25}}, {FocusSound::ambient}});
-        s.sharesUsage.set(false);
-        s.breakMix.set({{}, {FocusSound::ocean, FocusSound::wind}});
-        chosen = all(s);
-    }
-    for (const auto& [key, value] : chosen.items())
-        EXPECT_NE(value, fresh[key]) << key;
-    Defaults again(file);
-    EXPECT_EQ(all(AppSettings(again)), chosen);
-    EXPECT_EQ(json::parse(contentOf(file)), chosen);  // the stored forms, under their own keys
 }
 
 TEST(AppSettings, TakesOverTheOneSoundOfOlderVersions) {
+    const json rain = json::parse(R"({"levels":{},"on":["rain"]})");
     Defaults defaults;
     ASSERT_TRUE(defaults.set("focusSound", "rain"));
     ASSERT_TRUE(defaults.set("breakSound", "none"));
-    const json rain = json::parse(R"({"levels":{},"on":["rain"]})");
-    EXPECT_EQ(all(AppSettings(defaults))["focusMix"], rain);
-    EXPECT_EQ(all(AppSettings(defaults))["breakMix"], fresh["breakMix"]);
+    EXPECT_EQ(settingsFrom(defaults)["breakMix"], fresh["breakMix"]);
+    EXPECT_EQ(settingsFrom(defaults)["focusMix"], rain);
     EXPECT_EQ(defaults.json("focusMix"), rain);
-
     // Once there is a mix, the older key counts no more, whatever the mix is.
-    const json fan = json::parse(R"({"levels":{},"on":["fan"]})");
-    ASSERT_TRUE(defaults.set("focusMix", fan));
-    EXPECT_EQ(all(AppSettings(defaults))["focusMix"], fan);
     ASSERT_TRUE(defaults.set("focusMix", "odd"));
-    EXPECT_EQ(all(AppSettings(defaults))["focusMix"], fresh["focusMix"]);
+    EXPECT_EQ(settingsFrom(defaults)["focusMix"], fresh["focusMix"]);
 }
 
 }  // namespace

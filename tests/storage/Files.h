@@ -1,6 +1,5 @@
 #pragma once
 
-#include <stdlib.h>
 #include <sys/resource.h>
 
 #include <csignal>
@@ -9,20 +8,9 @@
 #include <iterator>
 #include <string>
 
+#include "support/TemporaryFolder.h"
+
 namespace tendel {
-
-// A folder of its own for a test, removed at its end.
-struct TemporaryFolder {
-    std::filesystem::path path;
-
-    TemporaryFolder() {
-        std::string name = std::filesystem::temp_directory_path() / "tendel-storage-XXXXXX";
-        path = ::mkdtemp(name.data());
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
-};
 
 // As long as it lives, no file can be written beyond `bytes`, as on a disk that is full: also for
 // root.

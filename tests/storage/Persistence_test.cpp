@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <set>
 #include <string>
-#include <vector>
 
 #include "Files.h"
 
@@ -15,18 +14,17 @@ namespace fs = std::filesystem;
 
 constexpr Instant t0{std::chrono::seconds(1'700'000'000)};
 
-std::vector<std::string> names(const fs::path& folder) {
-    std::vector<std::string> found;
+using Names = std::set<std::string>;
+
+Names names(const fs::path& folder) {
+    Names found;
     for (const auto& entry : fs::directory_iterator(folder))
-        found.push_back(entry.path().filename());
-    std::sort(found.begin(), found.end());
+        found.insert(entry.path().filename());
     return found;
 }
 
-using Names = std::vector<std::string>;
-
 TEST(Persistence, MovesAsideEveryFileOfTheStoreAndNoOther) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     const fs::path store = folder.path / "Tendel.store";
     for (const char* name : {"Tendel.store", "Tendel.store-wal", "Tendel.store-shm",
                              "Tendel.store.version-1", "Tendel.stor", "old Tendel.store"})
@@ -41,7 +39,6 @@ TEST(Persistence, MovesAsideEveryFileOfTheStoreAndNoOther) {
     const auto second = moveAside(store, t0);
     ASSERT_TRUE(second);
     EXPECT_EQ(contentOf(second.value() / "Tendel.store"), "next");
-    EXPECT_EQ(contentOf(first.value() / "Tendel.store"), "Tendel.store");
     EXPECT_EQ(names(folder.path),
               (Names{"Damaged Store 2023-11-14T22-13-20Z", "Damaged Store 2023-11-14T22-13-20Z 2",
                      "Tendel.stor", "old Tendel.store"}));
@@ -51,26 +48,14 @@ TEST(Persistence, MovesAsideEveryFileOfTheStoreAndNoOther) {
 }
 
 TEST(Persistence, WhereNoStoreCanBeBothReasonsAreTold) {
-    const TemporaryFolder folder;
+    const test::TemporaryFolder folder;
     write(folder.path / "file", "in the way");
-    struct Case {
-        fs::path file;
-        std::string message;
-    };
-    const Case cases[] = {
-        {folder.path / "file" / "Tendel.store",
-         "Couldn't open the reminders store: the folder \"file\" cannot be made: Not a directory; "
-         "starting fresh failed too: Couldn't move \"Tendel.store\" aside: Not a directory"},
-        {"/proc/tendel/Tendel.store",
-         "Couldn't open the reminders store: the folder \"tendel\" cannot be made: No such file or "
-         "directory; starting fresh failed too: Couldn't move \"Tendel.store\" aside: No such file "
-         "or directory"},
-    };
-    for (const Case& each : cases) {
-        const auto opened = openOrStartFresh(each.file, t0);
-        ASSERT_FALSE(opened);
-        EXPECT_EQ(opened.error(), each.message);
-    }
+    const auto opened = openOrStartFresh(folder.path / "file" / "Tendel.store", t0);
+    ASSERT_FALSE(opened);
+    EXPECT_EQ(
+        opened.error(),
+        "Couldn't open the reminders store: the folder \"file\" cannot be made: Not a directory; "
+        "starting fresh failed too: Couldn't move \"Tendel.store\" aside: Not a directory");
     EXPECT_EQ(contentOf(folder.path / "file"), "in the way");
 }
 
@@ -79,7 +64,7 @@ TEST(Persistence, WhereNoStoreCanBeBothReasonsAreTold) {
 TEST(Persistence, PutsTheOldStoreBackWhenAFreshOneCannotBeMade) {
     for (const rlim_t room : {rlim_t{1000}, rlim_t{32'768}}) {
         SCOPED_TRACE(room);
-        const TemporaryFolder folder;
+        const test::TemporaryFolder folder;
         const fs::path store = folder.path / "Tendel.store";
         const std::string damaged(20'000, 'x');
         write(store, damaged);
