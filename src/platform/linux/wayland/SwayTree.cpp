@@ -26,25 +26,37 @@ std::string nameOf(const QJsonObject& view) {
     return (id.isEmpty() ? properties["class"].toString() : id).toStdString();
 }
 
-void collectViews(const QJsonObject& node, bool isFloating, std::vector<SwayDesktop::View>& views) {
+struct Frames {
+    Rect output;
+    Rect all;  // outputs together
+};
+
+void collectViews(const QJsonObject& node, const Frames& frames, bool isFloating,
+                  std::vector<SwayDesktop::View>& views) {
     if (node.contains("pid")) {
-        const bool isFullScreen = node["fullscreen_mode"].toInt() != 0;
+        enum { none, ofItsOutput, ofAllOutputs };
+        const int fullScreen = node["fullscreen_mode"].toInt();
+        // Of a floating window that was on a hidden workspace in full screen sway 1.7 tells a
+        // rectangle by chance.
+        const Rect frame = fullScreen == none          ? rectOf(node)
+                           : fullScreen == ofItsOutput ? frames.output
+                                                       : frames.all;
         views.push_back({.pid = node["pid"].toInt(),
                          .name = nameOf(node),
-                         .frame = rectOf(node),
-                         .place = isFullScreen ? Place::fullScreen
-                                  : isFloating ? Place::floating
-                                               : Place::tiled,
+                         .frame = frame,
+                         .place = fullScreen != none ? Place::fullScreen
+                                  : isFloating       ? Place::floating
+                                                     : Place::tiled,
                          .isVisible = node["visible"].toBool(),
                          .inhibitsIdle = node["inhibit_idle"].toBool()});
         return;
     }
     const QJsonArray floating = node["floating_nodes"].toArray();
     for (auto child = floating.end(); child != floating.begin();)  // the last one is on top
-        collectViews((--child)->toObject(), true, views);
+        collectViews((--child)->toObject(), frames, true, views);
     const QJsonArray tiled = node["nodes"].toArray();
     for (const auto& child : tiled)
-        collectViews(child.toObject(), isFloating, views);
+        collectViews(child.toObject(), frames, isFloating, views);
 }
 
 // Neither what a window is called nor which one has the keyboard covers a screen.
@@ -60,7 +72,7 @@ SwayDesktop SwayDesktop::of(const QJsonObject& root) {
     const QJsonArray outputs = root["nodes"].toArray();
     for (const auto& output : outputs) {
         const QJsonObject node = output.toObject();
-        collectViews(node, false, desktop.views);
+        collectViews(node, {.output = rectOf(node), .all = rectOf(root)}, false, desktop.views);
         if (node["active"].toBool())  // the place of hidden windows looks like an output, too
             desktop.screens.push_back(
                 {.name = node["name"].toString().toStdString(), .frame = rectOf(node)});
