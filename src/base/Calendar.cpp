@@ -3,7 +3,6 @@
 #include <unicode/basictz.h>
 #include <unicode/calendar.h>
 #include <unicode/coll.h>
-#include <unicode/dtptngen.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/stsearch.h>
 #include <unicode/tblcoll.h>
@@ -119,6 +118,12 @@ std::string systemLocaleName() {
     return "C";
 }
 
+// `sinceEpoch` as a clock in UTC shows it: the formats know nothing of the zone.
+std::string inWords(const icu::SimpleDateFormat& format, Duration sinceEpoch) {
+    icu::UnicodeString text;
+    return toUtf8(format.format(toUDate(Instant(sinceEpoch)), text));
+}
+
 }  // namespace
 
 struct Calendar::State {
@@ -137,8 +142,8 @@ struct Calendar::State {
     const Stretch& stretchAt(Instant t);
     Instant start(CivilDay date);
     DayInterval existing(CivilDay date);
-    std::string format(std::unique_ptr<icu::SimpleDateFormat>& format, const char* skeleton,
-                       Duration sinceEpoch);
+    std::unique_ptr<icu::SimpleDateFormat> makeTimeFormat() const;
+    std::unique_ptr<icu::SimpleDateFormat> makeFormat(const icu::UnicodeString& pattern) const;
     Duration offsetAt(UDate date) const;
 };
 
@@ -207,21 +212,23 @@ DayInterval Calendar::State::existing(CivilDay date) {
     return day;
 }
 
-// `sinceEpoch` as a clock in UTC shows it: the formats know nothing of the zone.
-std::string Calendar::State::format(std::unique_ptr<icu::SimpleDateFormat>& format,
-                                    const char* skeleton, Duration sinceEpoch) {
+// The locale's way to write a time, not by a skeleton: the generator for those touches more of ICU
+// than all the rest together.
+std::unique_ptr<icu::SimpleDateFormat> Calendar::State::makeTimeFormat() const {
+    const std::unique_ptr<icu::DateFormat> any(
+        icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale));
+    icu::UnicodeString pattern;
+    const auto* format = dynamic_cast<icu::SimpleDateFormat*>(any.get());
+    return makeFormat(format ? format->toPattern(pattern) : icu::UnicodeString("HH:mm"));
+}
+
+std::unique_ptr<icu::SimpleDateFormat> Calendar::State::makeFormat(
+    const icu::UnicodeString& pattern) const {
     UErrorCode status = U_ZERO_ERROR;
-    if (!format) {
-        const std::unique_ptr<icu::DateTimePatternGenerator> patterns(
-            icu::DateTimePatternGenerator::createInstance(locale, status));
-        if (U_FAILURE(status)) throw std::runtime_error("ICU has no data for date formats");
-        const auto pattern = patterns->getBestPattern(icu::UnicodeString(skeleton), status);
-        format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, status);
-        if (U_FAILURE(status)) throw std::runtime_error("ICU has no data for date formats");
-        format->setTimeZone(*icu::TimeZone::getGMT());
-    }
-    icu::UnicodeString text;
-    return toUtf8(format->format(toUDate(Instant(sinceEpoch)), text));
+    auto format = std::make_unique<icu::SimpleDateFormat>(pattern, locale, status);
+    if (U_FAILURE(status)) throw std::runtime_error("ICU has no data for date formats");
+    format->setTimeZone(*icu::TimeZone::getGMT());  // what is formatted is local already
+    return format;
 }
 
 Calendar::Calendar(std::string_view zone, std::string_view locale)
@@ -315,11 +322,15 @@ std::string Calendar::formatTime(Instant t) const {
 }
 
 std::string Calendar::formatTime(int hour, int minute) const {
-    return state_->format(state_->timeFormat, "jm", hours(hour) + minutes(minute));
+    auto& format = state_->timeFormat;
+    if (!format) format = state_->makeTimeFormat();
+    return inWords(*format, hours(hour) + minutes(minute));
 }
 
 std::string Calendar::formatWeekdayShort(Instant t) const {
-    return state_->format(state_->shortWeekdayFormat, "EEE", days(int(day(t).day)));
+    auto& format = state_->shortWeekdayFormat;
+    if (!format) format = state_->makeFormat("ccc");
+    return inWords(*format, days(int(day(t).day)));
 }
 
 std::string Calendar::formatWeekday(Instant t) const {
@@ -328,7 +339,9 @@ std::string Calendar::formatWeekday(Instant t) const {
 
 std::string Calendar::weekdayName(int weekday) const {
     constexpr int firstSunday = 3;  // 1970-01-04
-    return state_->format(state_->weekdayFormat, "EEEE", days(firstSunday + weekday - 1));
+    auto& format = state_->weekdayFormat;
+    if (!format) format = state_->makeFormat("cccc");
+    return inWords(*format, days(firstSunday + weekday - 1));
 }
 
 int Calendar::firstWeekday() const {
