@@ -89,7 +89,7 @@ void NotchAlertController::present(const Upcoming& upcoming) {
     enqueue(std::move(entries));
 }
 
-void NotchAlertController::presentFocus(const FocusAlert& alert) {
+void NotchAlertController::presentFocusAlert(const FocusAlert& alert) {
     // One that speaks of a phase that is over gives way: its answers no longer apply.
     const bool isOutdated = queue_.current && queue_.current->isFocus() &&
                             queue_.current->source != Entry::Source(alert);

@@ -10,6 +10,7 @@
 #include "alerts/NotchAlertModel.h"
 #include "base/Calendar.h"
 #include "base/Timer.h"
+#include "focus/SystemSounds.h"
 #include "model/Presence.h"
 #include "reminders/ReminderScheduler.h"
 #include "storage/AppSettings.h"
@@ -38,13 +39,6 @@ public:
     virtual void hide() = 0;
 };
 
-// Short named sounds of the system.
-class SystemSounds {
-public:
-    virtual ~SystemSounds() = default;
-    virtual void play(std::string_view name) = 0;  // "Glass", "Hero"
-};
-
 // Where a running break can go on when the alert tucks in: the pill beside the notch.
 class BreakPill {
 public:
@@ -61,7 +55,7 @@ std::optional<ScreenInfo> activeScreen(const Screens& screens);
 // Takes due alerts, shows them one at a time at the top of the active screen, and turns the user's
 // answers, the auto-hide and the timed break into history. Main thread only; what it is given must
 // outlive it.
-class NotchAlertController : public ReminderAlertPresenting {
+class NotchAlertController : public ReminderAlertPresenting, public FocusAlertPresenting {
 public:
     NotchAlertController(AppSettings& settings, Store& store, EventLoop& loop,
                          const Calendar& calendar, ReminderScheduler& scheduler, Screens& screens,
@@ -74,8 +68,8 @@ public:
     void userGotBusy(Presence busy);
     void userWentAway();
     // An announcement that speaks of an earlier phase than this one gives way to it.
-    void presentFocus(const FocusAlert& alert);
-    void removeFocusAlerts();
+    void presentFocusAlert(const FocusAlert& alert) override;
+    void removeFocusAlerts() override;
     // A preview from the settings; records nothing.
     void presentSample(const Upcoming::Item& sample);
 

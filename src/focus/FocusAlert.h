@@ -24,4 +24,13 @@ struct FocusAlert {
 // The answers that a focus alert offers.
 enum class FocusAlertAction { extendFocus, skipBreak, startFocus, extendBreak };
 
+// Shows focus alerts; the focus timer hands them over, the alert controller implements it.
+class FocusAlertPresenting {
+public:
+    virtual ~FocusAlertPresenting() = default;
+    // An announcement that speaks of an earlier phase than this one gives way to it.
+    virtual void presentFocusAlert(const FocusAlert& alert) = 0;
+    virtual void removeFocusAlerts() = 0;
+};
+
 }  // namespace tendel

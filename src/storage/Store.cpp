@@ -257,13 +257,19 @@ public:
     }
 
     std::vector<FocusBlock> focusBlocks() const override {
-        std::vector<FocusBlock> blocks;
-        readRows(sql::selectFocusBlocks, {},
-                 [&](SQLite::Statement& row) { blocks.push_back(readFocusBlock(row)); });
-        return blocks;
+        return readFocusBlocks(sql::selectFocusBlocks);
+    }
+    std::vector<FocusBlock> focusBlocksWithoutEnd() const override {
+        return readFocusBlocks(sql::selectFocusBlocksWithoutEnd);
     }
 
 private:
+    std::vector<FocusBlock> readFocusBlocks(const char* query) const {
+        std::vector<FocusBlock> blocks;
+        readRows(query, {}, [&](SQLite::Statement& row) { blocks.push_back(readFocusBlock(row)); });
+        return blocks;
+    }
+
     enum class CheckpointOnClose { yes, no };
     void setCheckpointOnClose(CheckpointOnClose choice) {
         const int isOff = choice == CheckpointOnClose::no ? 1 : 0;

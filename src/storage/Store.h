@@ -67,6 +67,7 @@ public:
     virtual std::vector<ReminderEvent> eventsDue(Instant from, Instant to) const = 0;
     virtual std::vector<ReminderEvent> eventsWithoutTitle() const = 0;
     virtual std::vector<FocusBlock> focusBlocks() const = 0;
+    virtual std::vector<FocusBlock> focusBlocksWithoutEnd() const = 0;
 
     Signal<> saved;
 };

@@ -41,6 +41,9 @@ inline constexpr const char* updateEvent =
 inline constexpr const char* selectFocusBlocks =
     "SELECT id, start, \"end\", plannedMinutes, focusedSeconds, finished FROM focusBlocks"
     " ORDER BY id";
+inline constexpr const char* selectFocusBlocksWithoutEnd =
+    "SELECT id, start, \"end\", plannedMinutes, focusedSeconds, finished FROM focusBlocks"
+    " WHERE \"end\" IS NULL ORDER BY id";
 inline constexpr const char* insertFocusBlock =
     "INSERT INTO focusBlocks (id, start, \"end\", plannedMinutes, focusedSeconds, finished)"
     " VALUES (?1, ?2, ?3, ?4, ?5, ?6)";

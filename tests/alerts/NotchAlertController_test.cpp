@@ -167,11 +167,11 @@ TEST_F(NotchAlertControllerTest, FocusAlertsGoFirstAndRecordNothing) {
     due({add("Stretch"), add("Water")});
     open();
     for (const int minutes : {15, 5})
-        controller.presentFocus({FocusAlert::Kind::focusEnded, ten + 5min, minutes, false});
+        controller.presentFocusAlert({FocusAlert::Kind::focusEnded, ten + 5min, minutes, false});
     answer(actions.skip);
     EXPECT_EQ(seen(), "Time for a 5 min break +1");
     EXPECT_EQ(model.content()->style, NotchAlertContent::Style::focusEnded);
-    controller.presentFocus({});
+    controller.presentFocusAlert({});
     open();
     EXPECT_EQ(seen(), "Break's over +1") << "the newer announcement takes its place";
     std::string told;
@@ -289,7 +289,7 @@ TEST_F(NotchAlertControllerTest, LeavingAndGettingBusyHandTheAlertsBack) {
     const auto stretch = add("Stretch"), eyes = add("Eyes", {.durationSeconds = 60});
     due({stretch, eyes});
     due({add("Water")}, 3min);
-    controller.presentFocus({});
+    controller.presentFocusAlert({});
     controller.presentSample({});
     open();
     controller.userWentAway();
