@@ -1,5 +1,5 @@
 """Plays a short tour on the desktop of with-desktop: two reminders made in the editor, their alerts at the next minute,
-an answer and a timed break, with a picture of each.
+an answer, a timed break and a focus session, with a picture of each.
 
     scripts/with-desktop /usr/bin/python3 scripts/tour.py PROGRAM FOLDER
 
@@ -58,6 +58,16 @@ class Tour:
         tendel.answer("Start.*")
         self.picture("break", 3)
         until(lambda: tendel.outcomes() == ["done", "done"], "the end of the break in the store", 20)
+
+        print("A focus session runs for a few seconds", flush=True)
+        tendel.wait_for("Focus", "radio button").click()
+        self.picture("focus section")
+        tendel.wait_for("Start Focus", "push button").click()
+        tendel.wait_for("Focusing.*", "label")
+        self.picture("focus session", 3)
+        tendel.wait_for("Stop", "push button").click()
+        until(lambda: tendel.query('SELECT count(*) FROM focusBlocks WHERE "end" IS NOT NULL') == ["1"],
+              "the focus block in the store")
 
         if tendel.stop() != 0:
             raise AssertionError("Tendel did not end in order")

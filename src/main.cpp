@@ -9,10 +9,10 @@
 #include "platform/linux/LinuxEventLoop.h"
 #include "platform/linux/LinuxPresence.h"
 #include "platform/linux/TerminationSignals.h"
+#include "platform/linux/pulse/PulseOutput.h"
 #include "platform/qt/ApplicationService.h"
 #include "platform/qt/DesktopPreferences.h"
 #include "platform/qt/QtScreens.h"
-#include "platform/silent/SilentSounds.h"
 #include "storage/Persistence.h"
 #include "ui/Interface.h"
 #include "ui/theme/Theme.h"
@@ -63,14 +63,14 @@ int main(int argc, char** argv) {
     }
     Defaults defaults(defaultsFile());
     QtScreens screens;
-    SilentSounds sounds;
+    PulseOutput audio(loop);
     DesktopPreferences preferences;
     LinuxPresence presence(loop);
 
     TendelApp app({.loop = loop,
                    .calendar = calendar,
                    .screens = screens,
-                   .sounds = sounds,
+                   .audio = audio,
                    .presence = presence.sources()},
                   defaults, *opened->store);
     const auto followPreferences = [&] {

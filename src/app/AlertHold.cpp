@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "focus/FocusWords.h"
+
 namespace tendel {
 
 namespace {
@@ -44,7 +46,7 @@ std::string whenOnClock(Instant t, Instant now, const Calendar& calendar) {
 }
 
 std::string AlertHold::text(const Calendar& calendar, Instant now) const {
-    std::string text(words(reason));
+    std::string text = focusStatus.empty() ? std::string(words(reason)) : focusStatus;
     if (pausedUntil) text += " until " + whenOnClock(*pausedUntil, now, calendar);
     if (waiting == 1) text += " · 1 reminder waits";
     if (waiting > 1) text += " · " + std::to_string(waiting) + " reminders wait";
@@ -52,23 +54,43 @@ std::string AlertHold::text(const Calendar& calendar, Instant now) const {
 }
 
 AlertHoldMonitor::AlertHoldMonitor(const ReminderScheduler& scheduler,
-                                   const Observable<Presence>& presence)
-    : scheduler_(scheduler), presence_(presence), current_(find()) {
-    const auto look = [this] { current_.set(find()); };
-    subscriptions_.push_back(scheduler_.pausedUntil().observe(look));
-    subscriptions_.push_back(scheduler_.kept().observe(look));
-    subscriptions_.push_back(scheduler_.isHoldingReminders().observe(look));
-    subscriptions_.push_back(presence_.observe(look));
+                                   const Observable<Presence>& presence, const FocusTimer& focus,
+                                   EventLoop& loop)
+    : scheduler_(scheduler), presence_(presence), focus_(focus), loop_(loop) {
+    const auto lookAgain = [this] { look(); };
+    subscriptions_.push_back(scheduler_.pausedUntil().observe(lookAgain));
+    subscriptions_.push_back(scheduler_.kept().observe(lookAgain));
+    subscriptions_.push_back(presence_.observe(lookAgain));
+    subscriptions_.push_back(focus_.session().observe(lookAgain));
+    subscriptions_.push_back(focus_.now().observe(lookAgain));
+    look();
+}
+
+void AlertHoldMonitor::look() {
+    current_.set(find());
+    nextSecond_.stop();
+    if (!*current_ || (*current_)->reason != AlertHold::Reason::focus) return;
+    const Duration left = *(*focus_.session())->endsAt - loop_.now();
+    if (left <= Duration::zero() || left > std::chrono::minutes(1)) return;
+    const Duration beyondSecond = left % std::chrono::seconds(1);
+    nextSecond_.start(beyondSecond > Duration::zero() ? beyondSecond : std::chrono::seconds(1),
+                      [this] { look(); });
 }
 
 std::optional<AlertHold> AlertHoldMonitor::find() const {
-    const auto& pausedUntil = scheduler_.pausedUntil().get();
-    auto reason = reasonOf(*presence_);
-    if (!reason && *scheduler_.isHoldingReminders()) reason = AlertHold::Reason::focus;
-    if (pausedUntil) reason = AlertHold::Reason::pause;
-    if (!reason) return std::nullopt;
-    return AlertHold{
-        .reason = *reason, .waiting = scheduler_.kept()->size(), .pausedUntil = pausedUntil};
+    AlertHold hold{.waiting = scheduler_.kept()->size(), .pausedUntil = *scheduler_.pausedUntil()};
+    const auto& session = focus_.session().get();
+    if (hold.pausedUntil) {
+        hold.reason = AlertHold::Reason::pause;
+    } else if (const auto reason = reasonOf(*presence_)) {
+        hold.reason = *reason;
+    } else if (session && session->isFocusing()) {
+        hold.reason = AlertHold::Reason::focus;
+        hold.focusStatus = statusText(*session, loop_.now());
+    } else {
+        return std::nullopt;
+    }
+    return hold;
 }
 
 }  // namespace tendel

@@ -23,21 +23,31 @@ TendelApp::TendelApp(Platform given, Defaults& defaultsStore, Store& reminderSto
       scheduler(
           settings, store, platform.loop, platform.calendar, [this] { return presence.refresh(); },
           releaseDelay),
+      engine(platform.loop, platform.audio),
       alerts(settings, store, platform.loop, platform.calendar, scheduler, platform.screens,
-             platform.sounds),
+             engine),
+      focus(settings, store, platform.loop, scheduler, engine,
+            [this] { return presence.refresh(); }),
+      sounds(settings, platform.loop, engine, [this] { return *focus.session(); }),
       zoneChanged_(
           platform.loop.timeZoneChanged.connect([this] { platform.calendar.useSystemZone(); })) {
     scheduler.presenter = &alerts;
+    focus.presenter = &alerts;
+    alerts.onFocusAction = [this](FocusAlertAction action) { focus.perform(action); };
     presence.onChange = [this](Presence found) { presenceDidChange(found); };
     presence.fullScreen().onChange = [this] { presence.refresh(); };
-    // A call that begins while an alert is up is to take it away soon.
-    alertsChanged_ = alerts.model().changed.connect(
-        [this](const auto&) { presence.setWatchesForBusy(!alerts.queue().isEmpty()); });
+    alertsChanged_ = alerts.model().changed.connect([this](const auto&) { watchForBusy(); });
+    sounds.onPlayingChange = [this](bool) { watchForBusy(); };
+    sessionChanged_ = focus.session().observe([this] { sounds.sessionDidChange(); });
+    const auto setVolume = [this] { engine.setVolume(static_cast<float>(*settings.soundVolume)); };
+    setVolume();
+    volumeChanged_ = settings.soundVolume.observe(setVolume);
 }
 
 void TendelApp::start() {
     importLegacyReminders(store, defaults, platform.calendar, platform.loop.now());
     backfillEventTitles(store);
+    focus.closeBlocksLeftRunning();
     presence.observeSettings();
     presence.refresh();
     scheduler.start();
@@ -45,12 +55,20 @@ void TendelApp::start() {
 
 void TendelApp::presenceDidChange(Presence found) {
     log(LogLevel::debug, "presence", name(found));
+    sounds.presenceDidChange(found);
+    focus.presenceDidChange(found);
     scheduler.presenceDidChange(found);
     if (isBusy(found)) alerts.userGotBusy(found);
     if (found == Presence::away) alerts.userWentAway();
 }
 
+// A call that begins while an alert is up, or sounds play, is to take them away soon.
+void TendelApp::watchForBusy() {
+    presence.setWatchesForBusy(!alerts.queue().isEmpty() || sounds.isPlaying());
+}
+
 void TendelApp::willTerminate() {
+    focus.appWillTerminate();
     // What still cannot be saved was logged when it was answered.
     static_cast<void>(store.flush());
 }

@@ -4,8 +4,11 @@
 #include "app/AppNavigation.h"
 #include "base/Calendar.h"
 #include "base/EventLoop.h"
+#include "focus/FocusTimer.h"
 #include "presence/UserPresence.h"
 #include "reminders/ReminderScheduler.h"
+#include "sound/FocusSoundController.h"
+#include "sound/SoundEngine.h"
 #include "storage/AppSettings.h"
 #include "storage/Defaults.h"
 #include "storage/Store.h"
@@ -21,13 +24,14 @@ public:
         EventLoop& loop;
         Calendar& calendar;
         Screens& screens;
-        SystemSounds& sounds;
+        AudioOutput& audio;
         PresenceSources presence{};
     };
 
     TendelApp(Platform platform, Defaults& defaults, Store& store);
 
-    // The one-time import, the history's backfill, then presence, which the scheduler asks.
+    // The one-time import, the history's backfill and the end of blocks that a crash left running,
+    // then presence, which the scheduler asks.
     void start();
     // Saves what is not on disk yet.
     void willTerminate();
@@ -38,15 +42,19 @@ public:
     AppSettings settings;
     UserPresence presence;
     ReminderScheduler scheduler;
+    SoundEngine engine;
     NotchAlertController alerts;
+    FocusTimer focus;
+    FocusSoundController sounds;
     AppNavigation navigation;
 
 private:
     void presenceDidChange(Presence found);
+    void watchForBusy();
 
     Subscription zoneChanged_;  // made first of all that listen, so that the calendar is right when
                                 // they look
-    Subscription alertsChanged_;
+    Subscription alertsChanged_, sessionChanged_, volumeChanged_;
 };
 
 }  // namespace tendel

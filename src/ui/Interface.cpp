@@ -10,7 +10,7 @@ namespace tendel {
 
 Interface::Interface(TendelApp& app)
     : app_(app),
-      hold_(app.scheduler, app.presence.state()),
+      hold_(app.scheduler, app.presence.state(), app.focus, app.platform.loop),
       alertWindow_(std::make_unique<AlertWindow>(app.alerts.model(), app.alerts.actions(),
                                                  app.platform.loop)),
       trayIcon_(std::make_unique<TrayIcon>(app, hold_.current())) {

@@ -2,6 +2,7 @@
 
 #include "app/TendelApp.h"
 #include "base/SimulatedEventLoop.h"
+#include "platform/silent/SilentAudio.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeFacts.h"
 #include "support/TemporaryFolder.h"
@@ -68,14 +69,14 @@ protected:
     SimulatedEventLoop loop_{at("09:30:00")};
     Calendar calendar_{"Europe/Berlin", "en_GB"};
     test::FakeScreens screens_;
-    test::FakeSounds sounds_;
+    SilentAudio audio_;
     Defaults defaults_;
     std::unique_ptr<Store> store_ = std::move(Store::open(folder_.path / "Tendel.store").value());
     test::FakeFacts facts_{loop_};
     mutable TendelApp app_{{.loop = loop_,
                             .calendar = calendar_,
                             .screens = screens_,
-                            .sounds = sounds_,
+                            .audio = audio_,
                             .presence = facts_.sources()},
                            defaults_,
                            *store_};

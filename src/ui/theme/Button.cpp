@@ -13,7 +13,9 @@ constexpr int iconButtonSize = 28;
 }  // namespace
 
 Button::Button(Role role, const QString& text, QWidget* parent)
-    : PaintedButton(parent), role_(role) {
+    : PaintedButton(parent),
+      role_(role),
+      accent_(role == Role::destructive ? Theme::Color::missed : Theme::Color::workAccent) {
     setText(text);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
@@ -21,6 +23,12 @@ Button::Button(Role role, const QString& text, QWidget* parent)
 void Button::setSymbol(std::string symbol) {
     symbol_ = std::move(symbol);
     updateGeometry();
+    update();
+}
+
+void Button::setAccent(Theme::Color role) {
+    if (role == accent_) return;
+    accent_ = role;
     update();
 }
 
@@ -41,9 +49,7 @@ QColor Button::background() const {
     const QColor text = theme.color(Theme::Color::text);
     const double press = isDown() ? 0.16 : isHovered() ? 0.08 : 0;
     if (isFilled()) {
-        const QColor fill =
-            theme.color(role_ == Role::primary ? Theme::Color::workAccent : Theme::Color::missed);
-        return blended(theme.isDark() ? Qt::white : Qt::black, fill, press);
+        return blended(theme.isDark() ? Qt::white : Qt::black, theme.color(accent_), press);
     }
     QColor fill = text;
     fill.setAlphaF(static_cast<float>(press + (role_ == Role::normal ? 0.07 : 0)));
@@ -80,10 +86,16 @@ void Button::paintEvent(QPaintEvent*) {
 }
 
 IconButton::IconButton(std::string symbol, const QString& name, QWidget* parent)
-    : PaintedButton(parent), symbol_(std::move(symbol)) {
+    : PaintedButton(parent) {
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setMeaning(std::move(symbol), name);
+}
+
+void IconButton::setMeaning(std::string symbol, const QString& name) {
+    symbol_ = std::move(symbol);
     setAccessibleName(name);
     setToolTip(name);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    update();
 }
 
 QSize IconButton::sizeHint() const {

@@ -20,6 +20,8 @@ public:
 
     Button(Role role, const QString& text, QWidget* parent = nullptr);
     void setSymbol(std::string symbol);
+    // What a primary button is filled with, where its surface has a colour of its own.
+    void setAccent(Theme::Color role);
 
     QSize sizeHint() const override;
 
@@ -32,6 +34,7 @@ private:
     QColor background() const;
 
     Role role_;
+    Theme::Color accent_;
     std::string symbol_;
 };
 
@@ -40,6 +43,7 @@ class IconButton : public PaintedButton {
     Q_OBJECT
 public:
     IconButton(std::string symbol, const QString& name, QWidget* parent = nullptr);
+    void setMeaning(std::string symbol, const QString& name);
 
     QSize sizeHint() const override;
     // Another tint than that of secondary text, while the pointer is over it.

@@ -30,7 +30,7 @@ public:
         missed,
         snoozed
     };
-    enum class Type { caption = 11, body = 13, title = 15, section = 20, figure = 28 };
+    enum class Type { caption = 11, body = 13, title = 15, section = 20, figure = 28, clock = 44 };
 
     static Theme& instance();
 

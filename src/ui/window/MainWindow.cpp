@@ -9,8 +9,11 @@
 
 #include <algorithm>
 
+#include "focus/FocusWords.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Theme.h"
+#include "ui/window/FocusCountdown.h"
+#include "ui/window/FocusPage.h"
 #include "ui/window/Question.h"
 #include "ui/window/ReminderEditor.h"
 #include "ui/window/ReminderListPage.h"
@@ -34,8 +37,11 @@ MainWindow::MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>
     setWindowTitle(QStringLiteral("Tendel"));
     setMinimumSize(leastSize);
     resize(startSize);
-    sidebar_ = new Sidebar({{SidebarItem::privateReminders, tr("Private Reminders"), "house"},
-                            {SidebarItem::workReminders, tr("Work Reminders"), "briefcase"}});
+    sidebar_ = new Sidebar(
+        {{SidebarItem::privateReminders, tr("Private Reminders"), "house",
+          Theme::Color::privateAccent},
+         {SidebarItem::workReminders, tr("Work Reminders"), "briefcase", Theme::Color::workAccent},
+         {SidebarItem::focus, tr("Focus"), "target", Theme::Color::focusAccent}});
     pages_ = new QStackedWidget;
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -48,16 +54,9 @@ MainWindow::MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>
     column->addWidget(status_);
     row->addLayout(column, 1);
 
-    for (const auto& [item, kind] :
-         {std::pair{SidebarItem::privateReminders, ReminderKind::private_},
-          std::pair{SidebarItem::workReminders, ReminderKind::work}}) {
-        auto* page = new ReminderListPage(app_, kind);
-        connect(page, &ReminderListPage::newRequested, this, &MainWindow::createReminder);
-        connect(page, &ReminderListPage::editRequested, this, &MainWindow::editReminder);
-        connect(page, &ReminderListPage::deleteRequested, this, &MainWindow::askToDelete);
-        pages_->addWidget(page);
-        pageOf_.emplace(item, page);
-    }
+    addListPage(SidebarItem::privateReminders, ReminderKind::private_);
+    addListPage(SidebarItem::workReminders, ReminderKind::work);
+    addFocusPage();
     connect(sidebar_, &Sidebar::chosen, this, &MainWindow::showSection);
     addShortcuts();
     refreshCounts();
@@ -70,6 +69,37 @@ MainWindow::MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>
     subscriptions_.push_back(app_.scheduler.now().observe(lookAtStatus));
 }
 
+void MainWindow::addListPage(SidebarItem item, ReminderKind kind) {
+    auto* page = new ReminderListPage(app_, kind);
+    connect(page, &ReminderListPage::newRequested, this, &MainWindow::createReminder);
+    connect(page, &ReminderListPage::editRequested, this, &MainWindow::editReminder);
+    connect(page, &ReminderListPage::deleteRequested, this,
+            [this, page](ReminderId id) { askToDelete(*page, id); });
+    pages_->addWidget(page);
+    pageOf_.emplace(item, page);
+}
+
+void MainWindow::addFocusPage() {
+    focusPage_ =
+        new FocusPage({.timer = app_.focus,
+                       .settings = app_.settings,
+                       .loop = app_.platform.loop,
+                       .calendar = app_.platform.calendar,
+                       .reducesMotion = [this] { return app_.alerts.model().reduceMotion; }},
+                      app_.sounds);
+    pages_->addWidget(focusPage_);
+    pageOf_.emplace(SidebarItem::focus, focusPage_);
+    focusCountdown_ =
+        new FocusCountdown(app_.platform.loop, *sidebar_, FocusCountdown::Precision::minutes,
+                           [this] { refreshFocusNote(); });
+    const auto follow = [this] {
+        focusCountdown_->setSession(*app_.focus.session());
+        refreshFocusNote();
+    };
+    subscriptions_.push_back(app_.focus.session().observe(follow));
+    follow();
+}
+
 void MainWindow::addShortcuts() {
     const auto add = [this](const QKeySequence& keys, std::function<void()> run) {
         auto* shortcut = new QShortcut(keys, this);
@@ -80,6 +110,7 @@ void MainWindow::addShortcuts() {
     add(QKeySequence::New, [this] { createReminder(); });
     add(Qt::CTRL | Qt::Key_1, [this] { showSection(SidebarItem::privateReminders); });
     add(Qt::CTRL | Qt::Key_2, [this] { showSection(SidebarItem::workReminders); });
+    add(Qt::CTRL | Qt::Key_3, [this] { showSection(SidebarItem::focus); });
     auto* closing = new QShortcut(QKeySequence::Close, this);
     connect(closing, &QShortcut::activated, this, &QWidget::close);
 }
@@ -91,7 +122,7 @@ void MainWindow::comeForward() {
     show();
     raise();
     activateWindow();
-    if (!focusWidget()) page().firstFocus()->setFocus(Qt::ActiveWindowFocusReason);
+    if (!focusWidget()) firstFocus()->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 void MainWindow::showSection(SidebarItem item) {
@@ -101,8 +132,13 @@ void MainWindow::showSection(SidebarItem item) {
     pages_->setCurrentWidget(found->second);
 }
 
-ReminderListPage& MainWindow::page() const {
-    return *static_cast<ReminderListPage*>(pages_->currentWidget());
+QWidget* MainWindow::firstFocus() const {
+    const ReminderListPage* list = listPage();
+    return list ? list->firstFocus() : focusPage_->firstFocus();
+}
+
+ReminderListPage* MainWindow::listPage() const {
+    return qobject_cast<ReminderListPage*>(pages_->currentWidget());
 }
 
 bool MainWindow::hasSheet() const {
@@ -110,20 +146,49 @@ bool MainWindow::hasSheet() const {
 }
 
 void MainWindow::refreshCounts() {
-    for (const auto& [item, page] : pageOf_)
-        sidebar_->setCount(item, static_cast<int>(std::ranges::count(
-                                     app_.store.reminders(), page->kind(), &Reminder::kind)));
+    for (const auto& [item, page] : pageOf_) {
+        const auto* list = qobject_cast<ReminderListPage*>(page);
+        if (!list) continue;
+        const auto count = static_cast<int>(
+            std::ranges::count(app_.store.reminders(), list->kind(), &Reminder::kind));
+        sidebar_->setNote(item, count > 0 ? QString::number(count) : QString(),
+                          count == 1 ? tr("1 reminder") : tr("%1 reminders").arg(count));
+    }
+}
+
+// Seconds are shown but not spoken.
+void MainWindow::refreshFocusNote() {
+    const auto& session = *app_.focus.session();
+    if (!session) return sidebar_->setNote(SidebarItem::focus, {}, {});
+    const int seconds = focusCountdown_->seconds();
+    QString note = toQString(phaseText(*session));
+    QString spoken = note + tr(" · round %1").arg(session->round);
+    if (session->endsAt) {
+        note = toQString(remainingText(seconds));
+        spoken += seconds > 60 ? tr(" · %1 left").arg(note) : tr(" · in its last minute");
+    }
+    spoken += tr(" · then %1").arg(toQString(nextText(*session)));
+    sidebar_->setNote(SidebarItem::focus, note, spoken);
 }
 
 void MainWindow::refreshStatus() {
     const auto& hold = hold_.get();
-    if (!hold) return status_->setStatus({}, {});
-    status_->setStatus(symbolOf(hold->reason),
-                       toQString(hold->text(app_.platform.calendar, app_.platform.loop.now())));
+    if (!hold) return status_->setStatus({}, {}, {});
+    const Instant now = app_.platform.loop.now();
+    const auto words = [&](const AlertHold& of) {
+        return toQString(of.text(app_.platform.calendar, now));
+    };
+    // The last minute counts its seconds, which nobody wants to hear.
+    AlertHold spoken = *hold;
+    const auto& session = *app_.focus.session();
+    if (session && !spoken.focusStatus.empty() && session->remaining(now) <= 60)
+        spoken.focusStatus = phaseText(*session) + " · in its last minute";
+    status_->setStatus(symbolOf(hold->reason), words(*hold), words(spoken));
 }
 
 void MainWindow::createReminder() {
-    openEditor(ReminderEditor::newReminder(page().kind(), app_.settings.workingHours.get()));
+    const ReminderKind kind = listPage() ? listPage()->kind() : ReminderKind::work;
+    openEditor(ReminderEditor::newReminder(kind, app_.settings.workingHours.get()));
 }
 
 void MainWindow::editReminder(ReminderId id) {
@@ -144,7 +209,7 @@ void MainWindow::openEditor(const Reminder& reminder) {
         if (!made) return;
         showSection(made->kind() == ReminderKind::work ? SidebarItem::workReminders
                                                        : SidebarItem::privateReminders);
-        page().focusReminder(id);
+        listPage()->focusReminder(id);
     });
     connect(editor_, &ReminderEditor::cancelled, this, &MainWindow::leaveEditor);
     connect(sheet, &Sheet::returnPressed, editor_, &ReminderEditor::save);
@@ -180,15 +245,15 @@ void MainWindow::askAboutChanges(std::function<void()> whenLeft) {
                                          }}}});
 }
 
-void MainWindow::askToDelete(ReminderId id) {
+void MainWindow::askToDelete(ReminderListPage& page, ReminderId id) {
     const Reminder* reminder = app_.store.find(id);
     if (!reminder || hasSheet()) return;
     question_ = &ask(
-        this, {.title = tr("Delete %1?").arg(quoted(toQString(reminder->displayTitle()))),
-               .text = tr("Its history stays in Stats."),
-               .answers = {
-                   {tr("Cancel"), Button::Role::normal, [] {}},
-                   {tr("Delete"), Button::Role::destructive, [this, id] { page().remove(id); }}}});
+        this,
+        {.title = tr("Delete %1?").arg(quoted(toQString(reminder->displayTitle()))),
+         .text = tr("Its history stays in Stats."),
+         .answers = {{tr("Cancel"), Button::Role::normal, [] {}},
+                     {tr("Delete"), Button::Role::destructive, [&page, id] { page.remove(id); }}}});
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -15,6 +15,8 @@ class QStackedWidget;
 
 namespace tendel {
 
+class FocusCountdown;
+class FocusPage;
 class ReminderEditor;
 class ReminderListPage;
 class Sheet;
@@ -39,14 +41,19 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    ReminderListPage& page() const;
+    QWidget* firstFocus() const;
+    // Null while another section is shown.
+    ReminderListPage* listPage() const;
     bool hasSheet() const;
     void openEditor(const Reminder& reminder);
     void leaveEditor();
     void askAboutChanges(std::function<void()> whenLeft);
-    void askToDelete(ReminderId id);
+    void askToDelete(ReminderListPage& page, ReminderId id);
+    void addListPage(SidebarItem item, ReminderKind kind);
+    void addFocusPage();
     void addShortcuts();
     void refreshCounts();
+    void refreshFocusNote();
     void refreshStatus();
 
     TendelApp& app_;
@@ -54,7 +61,9 @@ private:
     Sidebar* sidebar_;
     QStackedWidget* pages_;
     StatusLine* status_;
-    std::map<SidebarItem, ReminderListPage*> pageOf_;
+    std::map<SidebarItem, QWidget*> pageOf_;
+    FocusPage* focusPage_ = nullptr;
+    FocusCountdown* focusCountdown_ = nullptr;
     QPointer<Sheet> editorSheet_;
     QPointer<Sheet> question_;
     ReminderEditor* editor_ = nullptr;         // on `editorSheet_`

@@ -6,6 +6,7 @@
 
 #include "ui/theme/Icons.h"
 #include "ui/theme/PaintedButton.h"
+#include "ui/theme/TabularText.h"
 #include "ui/theme/Theme.h"
 
 namespace tendel {
@@ -29,11 +30,11 @@ public:
 
     SidebarItem item() const { return section_.item; }
 
-    void setCount(int count) {
-        if (count == count_) return;
-        count_ = count;
-        setAccessibleDescription(count == 1 ? tr("1 reminder") : tr("%1 reminders").arg(count));
-        update();
+    void setNote(const QString& note, const QString& spoken) {
+        if (spoken != accessibleDescription()) setAccessibleDescription(spoken);
+        if (note == note_) return;
+        note_ = note;
+        update(shape().toAlignedRect());
     }
 
     QSize sizeHint() const override { return {160, rowHeight + 2 * focusMargin}; }
@@ -53,23 +54,22 @@ protected:
         constexpr double symbolSize = 18;
         QRectF symbol(shape().left() + 8, 0, symbolSize, symbolSize);
         symbol.moveCenter({symbol.center().x(), shape().center().y()});
-        const bool isPrivate = section_.item == SidebarItem::privateReminders;
-        icons::draw(painter, section_.symbol, symbol,
-                    theme.accent(isPrivate ? ReminderKind::private_ : ReminderKind::work));
-        painter.setFont(theme.font(Theme::Type::body, isChecked()));
-        painter.setPen(theme.color(Theme::Color::text));
-        painter.drawText(shape().adjusted(8 + symbolSize + 8, 0, -8, 0),
-                         Qt::AlignVCenter | Qt::AlignLeft, text());
-        if (count_ == 0) return;
+        icons::draw(painter, section_.symbol, symbol, theme.color(section_.color));
+        const QRectF words = shape().adjusted(8 + symbolSize + 8, 0, -10, 0);
         painter.setFont(theme.font(Theme::Type::caption));
         painter.setPen(theme.color(Theme::Color::secondary));
-        painter.drawText(shape().adjusted(0, 0, -10, 0), Qt::AlignVCenter | Qt::AlignRight,
-                         QString::number(count_));
+        drawTabular(painter, words, Qt::AlignVCenter | Qt::AlignRight, note_);
+        const double noteWidth = note_.isEmpty() ? 0 : tabularWidth(painter.font(), note_) + 8;
+        painter.setFont(theme.font(Theme::Type::body, isChecked()));
+        painter.setPen(theme.color(Theme::Color::text));
+        painter.drawText(words, Qt::AlignVCenter | Qt::AlignLeft,
+                         painter.fontMetrics().elidedText(
+                             text(), Qt::ElideRight, static_cast<int>(words.width() - noteWidth)));
     }
 
 private:
     Section section_;
-    int count_ = 0;
+    QString note_;
 };
 
 Sidebar::Sidebar(std::vector<Section> sections, QWidget* parent) : QWidget(parent) {
@@ -99,9 +99,9 @@ void Sidebar::setCurrent(SidebarItem item) {
     }
 }
 
-void Sidebar::setCount(SidebarItem item, int count) {
+void Sidebar::setNote(SidebarItem item, const QString& note, const QString& spoken) {
     for (Row* row : rows_)
-        if (row->item() == item) row->setCount(count);
+        if (row->item() == item) row->setNote(note, spoken);
 }
 
 void Sidebar::keyPressEvent(QKeyEvent* event) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/AppNavigation.h"
+#include "ui/theme/Theme.h"
 
 namespace tendel {
 
@@ -17,12 +18,14 @@ public:
         SidebarItem item;
         QString name;
         std::string symbol;
+        Theme::Color color = Theme::Color::workAccent;  // of the symbol
     };
 
     explicit Sidebar(std::vector<Section> sections, QWidget* parent = nullptr);
 
     void setCurrent(SidebarItem item);
-    void setCount(SidebarItem item, int count);
+    // A few words at the right of a section's name, and what a screen reader tells instead.
+    void setNote(SidebarItem item, const QString& note, const QString& spoken);
 
 Q_SIGNALS:
     void chosen(SidebarItem item);

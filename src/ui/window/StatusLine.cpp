@@ -52,12 +52,12 @@ StatusLine::StatusLine(QWidget* parent) : QWidget(parent) {
     hide();
 }
 
-void StatusLine::setStatus(std::string_view symbol, const QString& text) {
-    if (symbol == symbol_ && text == text_) return;
+void StatusLine::setStatus(std::string_view symbol, const QString& text, const QString& spoken) {
+    if (symbol == symbol_ && text == text_ && spoken == accessibleName()) return;
     symbol_ = symbol;
     text_ = text;
     setVisible(!text.isEmpty());
-    setAccessibleName(text);  // told once it is there
+    if (spoken != accessibleName()) setAccessibleName(spoken);  // told once it is there
     update();
 }
 

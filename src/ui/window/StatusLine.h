@@ -16,8 +16,8 @@ class StatusLine : public QWidget {
 public:
     explicit StatusLine(QWidget* parent = nullptr);
 
-    // An empty text takes the line away.
-    void setStatus(std::string_view symbol, const QString& text);
+    // An empty text takes the line away. `spoken` is what assistive technology tells.
+    void setStatus(std::string_view symbol, const QString& text, const QString& spoken);
 
     QSize sizeHint() const override;
 

@@ -34,10 +34,12 @@ public:
     // Returns before the server listens when it is PulseAudio, else when it has its devices.
     void start() {
         if (kind_ == ServerKind::pulseAudio) {
-            run("pulseaudio", {"-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
-                               "--high-priority=no", "--load=module-null-sink sink_name=nullsink",
-                               "--load=module-null-source source_name=nullsource",
-                               "--load=module-native-protocol-unix"});
+            // What the output would take back has been recorded already: it must not.
+            run("pulseaudio",
+                {"-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
+                 "--high-priority=no", "--load=module-null-sink sink_name=nullsink norewinds=1",
+                 "--load=module-null-source source_name=nullsource",
+                 "--load=module-native-protocol-unix"});
             return;
         }
         run("dbus-daemon",
@@ -61,20 +63,22 @@ public:
         processes_.clear();
     }
 
-    QString file(const QString& name) const { return folder_.filePath(name); }
-
-private:
     // What `pactl` prints, as soon as there is a server to answer it.
     static QByteArray ask(const QStringList& arguments) {
         QProcess pactl;
+        bool isAnswered = false;  // once: it may be asked to do something
         test::runUntil([&] {
+            if (isAnswered) return true;
             pactl.start("pactl", arguments);
             pactl.waitForFinished();
-            return pactl.exitCode() == 0;
+            return isAnswered = pactl.exitCode() == 0;
         });
         return pactl.readAllStandardOutput();
     }
 
+    QString file(const QString& name) const { return folder_.filePath(name); }
+
+private:
     void run(const QString& program, const QStringList& arguments) {
         QProcess& process = processes_.emplace_back();
         process.setStandardOutputFile(QProcess::nullDevice());

@@ -290,10 +290,12 @@ TEST(MainWindow, SaysInItsFootWhatHoldsRemindersBack) {
          },
          "Paused until Di 17:12"},
         {[&] { desk.app.scheduler.resume(); }, "Away"},
-        {[&] { desk.app.scheduler.setHoldingReminders(true); }, "Away"},
-        {[&] { present(Presence::present); }, "Focusing"},
-        {[&] { keep(0); }, "Focusing · 1 reminder waits"},
-        {[&] { desk.app.scheduler.setHoldingReminders(false); }, ""},
+        {[&] { desk.app.focus.start(); }, "Away"},
+        {[&] { present(Presence::present); },
+         "Focusing · round 1 · 30 min left · then a 5 min break"},
+        {[&] { keep(0); },
+         "Focusing · round 1 · 30 min left · then a 5 min break · 1 reminder waits"},
+        {[&] { desk.app.focus.stop(); }, ""},
     };
     for (const auto& [step, text] : steps) {
         step();
@@ -333,6 +335,9 @@ TEST(MainWindow, NamesEveryControl) {
         EXPECT_TRUE(nameless.isEmpty()) << nameless.join(' ').toStdString();
     };
     check(&*window, 8);
+    window->showSection(SidebarItem::focus);
+    check(&*window, 30);
+    window->showSection(SidebarItem::workReminders);
     window->editReminder(desk.store.reminders()[0].id);
     check(&*window, 60);
     press(Qt::Key_Escape);

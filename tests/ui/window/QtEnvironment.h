@@ -39,7 +39,8 @@ inline void type(const char* text) {
 // it closes.
 struct OpenWindow {
     explicit OpenWindow(Desk& desk)
-        : hold(desk.app.scheduler, presence), window(new MainWindow(desk.app, hold.current())) {
+        : hold(desk.app.scheduler, presence, desk.app.focus, desk.loop),
+          window(new MainWindow(desk.app, hold.current())) {
         window->comeForward();
         if (!QTest::qWaitForWindowActive(window)) std::abort();
     }

@@ -8,6 +8,7 @@
 
 #include "app/TendelApp.h"
 #include "base/SimulatedEventLoop.h"
+#include "platform/silent/SilentAudio.h"
 
 namespace tendel::test {
 
@@ -38,6 +39,7 @@ public:
     std::vector<ReminderEvent> eventsDue(Instant, Instant) const override { return {}; }
     std::vector<ReminderEvent> eventsWithoutTitle() const override { return {}; }
     std::vector<FocusBlock> focusBlocks() const override { return {}; }
+    std::vector<FocusBlock> focusBlocksWithoutEnd() const override { return {}; }
 
     ReminderId add(Reminder reminder) {
         ReminderId id;
@@ -77,10 +79,6 @@ struct NoScreens : Screens {
     std::optional<std::pair<double, double>> pointer() const override { return std::nullopt; }
 };
 
-struct NoSounds : SystemSounds {
-    void play(std::string_view) override {}
-};
-
 // The application without a desktop around it, on a Monday at 10:12 in Berlin.
 struct Desk {
     explicit Desk(std::string_view locale = "en_US") : calendar("Europe/Berlin", locale) {
@@ -90,12 +88,11 @@ struct Desk {
     SimulatedEventLoop loop{*parseIso8601("2026-03-02T09:12:00Z")};
     Calendar calendar;
     NoScreens screens;
-    NoSounds sounds;
+    SilentAudio audio;
     Defaults defaults;
     MemoryStore store;
-    TendelApp app{{.loop = loop, .calendar = calendar, .screens = screens, .sounds = sounds},
-                  defaults,
-                  store};
+    TendelApp app{
+        {.loop = loop, .calendar = calendar, .screens = screens, .audio = audio}, defaults, store};
 };
 
 }  // namespace tendel::test

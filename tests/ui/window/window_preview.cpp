@@ -2,18 +2,23 @@
 //   window_preview [--private] [--dark] [--empty] [--off] [--many] [--locale de_DE]
 //                  [--size 720x480] [--call | --presentation | --away | --pause] [--waiting N]
 //                  [--status TEXT]
-//                  [--new | --edit N | --delete N | --notice | --failure] [--scroll] [--focus]
+//                  [--lengthy]  every text as long as in a language of long words
+//                  [--timer resting | focus | paused | break | long | ready | extension | last]
+//                  [--new | --edit N | --delete N | --notice | --failure] [--scroll] [--tab]
 //                  [--shot FILE]
 // With --shot it draws itself into a picture and ends.
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTimer>
+#include <QTranslator>
 
 #include "WindowFixture.h"
 #include "library/ReminderTemplate.h"
+#include "ui/theme/Slider.h"
 #include "ui/theme/SlimScrollArea.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/MainWindow.h"
@@ -78,25 +83,65 @@ void fill(Store& store, bool areAllOff, int many) {
     }));
 }
 
+// Doubles the vowels, which makes texts about two fifths longer.
+class Lengthy : public QTranslator {
+public:
+    QString translate(const char*, const char* source, const char*, int) const override {
+        static const QRegularExpression vowels("(?<!%)([aeiou])");
+        return QString::fromUtf8(source).replace(vowels, "\\1\\1");
+    }
+    bool isEmpty() const override { return false; }
+};
+
+// Brings the focus timer into a phase.
+void bring(test::Desk& desk, const QString& phase) {
+    using std::chrono::minutes;
+    desk.app.settings.focusPlan.set({.focusMinutes = 25, .breakMinutes = 5, .longBreakEvery = 4});
+    desk.app.settings.focusMix.set({.levels = {{FocusSound::ocean, 0.45}, {FocusSound::rain, 0.8}},
+                                    .on = {FocusSound::brown, FocusSound::ocean}});
+    desk.app.settings.breakMix.set({.levels = {}, .on = {FocusSound::ambient}});
+    FocusTimer& timer = desk.app.focus;
+    if (phase == "resting") return;
+    timer.start();
+    const int rounds = phase == "long" ? 4 : 2;
+    for (int round = 1; round < rounds; ++round) {
+        timer.skip();
+        timer.skip();
+        timer.startNextFocus();
+    }
+    desk.loop.advance(minutes(9) + std::chrono::seconds(18));
+    if (phase == "paused") timer.pause();
+    if (phase == "last") desk.loop.advance(minutes(15));
+    if (phase == "break" || phase == "long" || phase == "extension" || phase == "ready") {
+        timer.skip();
+        desk.loop.advance(minutes(1));
+    }
+    if (phase == "extension") timer.extendFocus();
+    if (phase == "ready") timer.skip();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QCommandLineParser options;
     for (const auto* flag : {"private", "dark", "empty", "off", "many", "new", "notice", "scroll",
-                             "focus", "call", "presentation", "away", "pause", "failure"})
+                             "tab", "call", "presentation", "away", "pause", "failure", "lengthy"})
         options.addOption({QString(flag), QString()});
-    for (const auto* value : {"locale", "size", "edit", "delete", "shot", "waiting", "status"})
+    for (const auto* value :
+         {"locale", "size", "edit", "delete", "shot", "waiting", "status", "timer"})
         options.addOption({QString(value), QString(), "value"});
     options.process(application);
 
+    Lengthy lengthy;
+    if (options.isSet("lengthy")) QApplication::installTranslator(&lengthy);
     Theme::instance().setDark(options.isSet("dark"));
     test::Desk desk(options.isSet("locale") ? options.value("locale").toStdString() : "en_US");
     if (!options.isSet("empty"))
         fill(desk.store, options.isSet("off"), options.isSet("many") ? 1000 : 0);
 
     Observable<Presence> presence;
-    AlertHoldMonitor hold(desk.app.scheduler, presence);
+    AlertHoldMonitor hold(desk.app.scheduler, presence, desk.app.focus, desk.loop);
     if (options.isSet("call")) presence.set(Presence::busyCall);
     if (options.isSet("presentation")) presence.set(Presence::busyPresentation);
     if (options.isSet("away")) presence.set(Presence::away);
@@ -131,8 +176,13 @@ int main(int argc, char** argv) {
         const QStringList size = options.value("size").split('x');
         if (size.size() == 2) window->resize(size[0].toInt(), size[1].toInt());
         if (options.isSet("status"))
-            window->findChild<StatusLine*>()->setStatus("phone", options.value("status"));
+            window->findChild<StatusLine*>()->setStatus("phone", options.value("status"),
+                                                        options.value("status"));
         if (options.isSet("private")) window->showSection(SidebarItem::privateReminders);
+        if (options.isSet("timer")) {
+            window->showSection(SidebarItem::focus);
+            bring(desk, options.value("timer"));
+        }
         window->comeForward();
         QElapsedTimer wait;
         wait.start();
@@ -144,7 +194,9 @@ int main(int argc, char** argv) {
             qInfo("minute's refresh: %lld ms", clock.restart());
         }
         const auto cards = window->findChildren<ReminderCard*>();
-        if (options.isSet("focus") && cards.size() > 1) cards[1]->setFocus(Qt::TabFocusReason);
+        if (options.isSet("tab") && cards.size() > 1) cards[1]->setFocus(Qt::TabFocusReason);
+        if (options.isSet("tab") && options.isSet("timer"))
+            window->findChildren<Slider*>()[2]->setFocus(Qt::TabFocusReason);
         if (options.isSet("new")) window->createReminder();
         if (options.isSet("edit")) window->editReminder({options.value("edit").toInt()});
         if (options.isSet("delete"))

@@ -1,22 +1,17 @@
 #pragma once
 
-#include <QSocketNotifier>
-
 #include <functional>
-#include <memory>
 
-#include "base/Backoff.h"
 #include "base/Timer.h"
-#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/pulse/PulseMainLoop.h"
+#include "platform/linux/pulse/PulseReconnection.h"
 
 struct pa_context;
 
 namespace tendel {
 
 // A connection to the user's audio server (PulseAudio, or PipeWire in its place) that comes back
-// by itself after the server was away: as soon as the server's socket appears, and otherwise after
-// growing delays. It never starts a server. Main thread only.
+// by itself after the server was away. It never starts a server. Main thread only.
 class PulseConnection {
 public:
     // `longestDelay` bounds the time between two attempts.
@@ -38,19 +33,12 @@ private:
     void stateChanged();
     void lose();
     void release();
-    void watchForSocket();
-    void socketFolderChanged();
 
-    EventLoop& loop_;
-    Duration longestDelay_;
-    Backoff backoff_;
-    MonotonicInstant readySince_{};
-    bool isReady_ = false;
-    FileDescriptor socketFolder_;
-    std::unique_ptr<QSocketNotifier> socketFolderNotifier_;
     PulseMainLoop mainLoop_;
     pa_context* context_ = nullptr;
-    Timer next_{loop_};
+    bool isReady_ = false;
+    PulseReconnection reconnection_;
+    Timer release_;
 };
 
 }  // namespace tendel
