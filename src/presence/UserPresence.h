@@ -56,7 +56,8 @@ public:
     Presence refresh();
     // Looks again whenever a setting that matters changes.
     void observeSettings();
-    // Whether calls and presentations are to be noticed promptly: while an alert is up.
+    // Whether calls and presentations are to be noticed promptly: while an alert is up or sounds
+    // play.
     void setWatchesForBusy(bool watches);
 
     const Observable<Presence>& state() const { return state_; }

@@ -98,8 +98,8 @@ void SoundEngine::fadeIn(FocusSound sound, float level, double fade) {
 
 void SoundEngine::play(std::string_view name) {
     removeFinished();
-    if (std::ranges::count(voices_, std::optional<FocusSound>(), &Voice::sound) >= maximumChimes)
-        return;
+    const auto isChime = [](const Voice& voice) { return !voice.sound; };
+    if (std::ranges::count_if(voices_, isChime) >= maximumChimes) return;
     auto source = make([&] { return makers_.chime(name, sampleRate()); }, name);
     if (!source) return;
     open();
