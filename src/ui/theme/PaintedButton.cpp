@@ -1,5 +1,6 @@
 #include "ui/theme/PaintedButton.h"
 
+#include <QAccessibleWidget>
 #include <QFocusEvent>
 #include <QKeyEvent>
 
@@ -25,7 +26,55 @@ void drawHairline(QPainter& painter, const QRectF& shape, double radius, const Q
     painter.drawRoundedRect(shape.adjusted(in, in, -in, -in), radius - in, radius - in);
 }
 
+namespace {
+
+// A button as assistive technology has it. Qt's own turns a choice over without the click by which
+// the program learns of it.
+class AccessibleButton : public QAccessibleWidget {
+public:
+    explicit AccessibleButton(PaintedButton* button) : QAccessibleWidget(button) {}
+
+    // Asked each time: a button becomes a choice after it was made.
+    QAccessible::Role role() const override {
+        if (!button().isCheckable()) return QAccessible::Button;
+        return button().autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
+    }
+    QString text(QAccessible::Text kind) const override {
+        const QString given = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && given.isEmpty() ? button().text() : given;
+    }
+    QAccessible::State state() const override {
+        auto state = QAccessibleWidget::state();
+        state.checkable = button().isCheckable();
+        state.checked = button().isChecked();
+        state.pressed = button().isDown();
+        return state;
+    }
+    QStringList actionNames() const override {
+        if (!button().isEnabled()) return {};
+        return {button().isCheckable() ? toggleAction() : pressAction(), setFocusAction()};
+    }
+    void doAction(const QString& name) override {
+        if (name == toggleAction() || name == pressAction())
+            button().click();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    PaintedButton& button() const { return *static_cast<PaintedButton*>(object()); }
+};
+
+QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
+    auto* button = qobject_cast<PaintedButton*>(object);
+    return button ? new AccessibleButton(button) : nullptr;
+}
+
+}  // namespace
+
 PaintedButton::PaintedButton(QWidget* parent) : QAbstractButton(parent) {
+    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
+    static_cast<void>(isInstalled);
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
 }

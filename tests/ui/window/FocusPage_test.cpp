@@ -335,6 +335,9 @@ TEST(FocusPage, TellsAssistiveProgramsTheLevels) {
     auto* toggle = QAccessible::queryAccessibleInterface(control(focus.page(), "Fan"));
     EXPECT_EQ(toggle->role(), QAccessible::CheckBox);
     EXPECT_TRUE(toggle->state().checked);
+    toggle->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_FALSE(toggle->state().checked);
+    EXPECT_FALSE(focus.settings().focusMix.get().on.contains(FocusSound::fan));
 }
 
 TEST(RoundDots, FollowTheRounds) {
