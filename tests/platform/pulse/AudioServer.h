@@ -3,6 +3,10 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <list>
 #include <ostream>
 
@@ -44,7 +48,9 @@ public:
         }
         run("dbus-daemon",
             {"--session", "--nofork", "--address=unix:path=" + folder_.filePath("bus")});
+        waitForSocket("bus");
         run("pipewire", {});
+        waitForSocket("pipewire-0");  // the others end at once when nobody listens there
         run("wireplumber", {});
         run("pipewire-pulse", {});
         const QStringList load{"load-module", "module-null-sink"};
@@ -84,6 +90,21 @@ private:
         process.setStandardOutputFile(QProcess::nullDevice());
         process.setStandardErrorFile(QProcess::nullDevice());
         process.start(program, arguments);
+    }
+
+    // Until somebody listens; a socket's file may be left of an earlier server.
+    void waitForSocket(const QString& name) const {
+        const QByteArray path = file(name).toUtf8();
+        test::runUntil([&] {
+            sockaddr_un address{};
+            address.sun_family = AF_UNIX;
+            path.toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
+            const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+            const bool isOpen =
+                ::connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+            ::close(descriptor);
+            return isOpen;
+        });
     }
 
     ServerKind kind_;
