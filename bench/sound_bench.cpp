@@ -1,15 +1,13 @@
 #include <benchmark/benchmark.h>
 #include <time.h>
 
-#if defined(__SSE__)
-#include <xmmintrin.h>
-#endif
-
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "sound/FlushDenormals.h"
 #include "sound/NoiseChannel.h"
 #include "sound/SoundMixer.h"
 #include "sound/SoundSource.h"
@@ -23,13 +21,6 @@ namespace {
 
 constexpr std::size_t frames = 4096;
 constexpr double sampleRate = 48000;
-
-// As on the audio thread: what is too small to hear counts as zero.
-void flushDenormals() {
-#if defined(__SSE__)
-    _mm_setcsr(_mm_getcsr() | 0x8040);
-#endif
-}
 
 // Seconds of processor time of this thread.
 double processorTime() {
@@ -61,9 +52,24 @@ double whiteNanoseconds() {
     return best;
 }
 
-// Takes turns with the bare loop, so that both meet the same disturbances.
+// Times one block of `frames` after the bare loop, so that both meet the same disturbances.
+void measure(benchmark::State& state, Buffers& out, const std::function<void()>& renderBlock) {
+    const double white = whiteNanoseconds();
+    const double start = processorTime();
+    for (auto _ : state) {
+        renderBlock();
+        benchmark::DoNotOptimize(out.left.data());
+        benchmark::ClobberMemory();
+    }
+    const double taken = processorTime() - start;
+    const double each = taken * 1e9 / static_cast<double>(state.iterations()) / frames;
+    state.counters["ns"] = each;
+    state.counters["of_white"] = each / white;
+    state.counters["core"] = each * sampleRate * 1e-9 * 100;
+}
+
 void render(benchmark::State& state, const std::vector<FocusSound>& sounds) {
-    flushDenormals();
+    const FlushDenormals asOnTheAudioThread;
     std::vector<std::unique_ptr<SoundSource>> sources;
     for (const FocusSound sound : sounds)
         sources.push_back(makeSource(sound, sampleRate, 1));
@@ -72,19 +78,10 @@ void render(benchmark::State& state, const std::vector<FocusSound>& sounds) {
     for (const auto& source : sources)
         for (int i = 0; i < 500; ++i)
             source->render(out.left.data(), out.right.data(), frames);
-    const double white = whiteNanoseconds();
-    const double start = processorTime();
-    for (auto _ : state)
-        for (const auto& source : sources) {
+    measure(state, out, [&] {
+        for (const auto& source : sources)
             source->render(out.left.data(), out.right.data(), frames);
-            benchmark::DoNotOptimize(out.left.data());
-            benchmark::ClobberMemory();
-        }
-    const double taken = processorTime() - start;
-    const double each = taken * 1e9 / static_cast<double>(state.iterations()) / frames;
-    state.counters["ns"] = each;
-    state.counters["of_white"] = each / white;
-    state.counters["core"] = each * sampleRate * 1e-9 * 100;
+    });
 }
 
 // A source that costs next to nothing.
@@ -110,23 +107,14 @@ void mix(benchmark::State& state, Gains gains) {
     }
     Buffers out;
     float target = 0.6F;
-    const double white = whiteNanoseconds();
-    const double start = processorTime();
-    for (auto _ : state) {
+    measure(state, out, [&] {
         if (gains == Gains::moving) {
             target = 1 - target;
             for (const auto& voice : voices)
                 voice->gain.moveTo({target, frames});
         }
         mixer.render(out.left.data(), out.right.data(), frames);
-        benchmark::DoNotOptimize(out.left.data());
-        benchmark::ClobberMemory();
-    }
-    const double taken = processorTime() - start;
-    const double each = taken * 1e9 / static_cast<double>(state.iterations()) / frames;
-    state.counters["ns"] = each;
-    state.counters["of_white"] = each / white;
-    state.counters["core"] = each * sampleRate * 1e-9 * 100;
+    });
 }
 
 int registerAll() {

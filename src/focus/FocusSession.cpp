@@ -6,8 +6,6 @@ namespace tendel {
 
 namespace {
 
-// Longer short breaks need no long one, and a long break never exceeds three times this.
-constexpr int longestShortBreak = 10;
 constexpr int longBreakFactor = 3;
 
 }  // namespace
@@ -28,7 +26,7 @@ void FocusSession::begin(Phase next, Instant at, double duration) {
 }
 
 FocusSession::Phase FocusSession::nextBreak() const {
-    const bool isLong = plan.breakMinutes <= longestShortBreak && plan.longBreakEvery &&
+    const bool isLong = plan.breakMinutes <= longestBreakWithLongOnes && plan.longBreakEvery &&
                         round % std::max(*plan.longBreakEvery, 1) == 0;
     return isLong ? Phase::longBreak : Phase::shortBreak;
 }

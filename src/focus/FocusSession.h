@@ -10,6 +10,10 @@ namespace tendel {
 // Five more minutes, of focus taken from a break or of a break that is over.
 inline constexpr double focusExtensionSeconds = 300;
 
+// Longer short breaks, in minutes, need no long one; so a long break, three times as long, never
+// exceeds half an hour.
+inline constexpr int longestBreakWithLongOnes = 10;
+
 // A run of focus phases with breaks between them, as it stands at one moment.
 struct FocusSession {
     enum class Phase { focus, shortBreak, longBreak, ready };
@@ -30,7 +34,7 @@ struct FocusSession {
     // Seconds left of the phase, never negative; 0 in `ready`.
     double remaining(Instant now) const;
 
-    // Goes over into a phase of that many seconds (no end when 0), begun at `at`.
+    // Goes over into a phase of that many seconds (`ready` has no end), begun at `at`.
     void begin(Phase next, Instant at, double duration);
     // Goes over into the break that the plan has after this round, begun at `at`.
     void endFocus(Instant at);

@@ -78,10 +78,11 @@ void FocusPlanCard::refresh() {
     longBreak_->setEnabled(canBeLong);
     const QString rounds = plan.longBreakEvery ? QString::number(longBreak_->value()) : tr("few");
     const QString text =
-        canBeLong ? tr("A longer break after every %1 focus blocks: three times your break, at "
-                       "most 30 min.")
-                        .arg(rounds)
-                  : tr("Long breaks are for short breaks of up to 10 min.");
+        canBeLong
+            ? tr("A longer break after every %1 focus blocks: three times your break, at "
+                 "most 30 min.")
+                  .arg(rounds)
+            : tr("Long breaks are for short breaks of up to %1 min.").arg(longestBreakWithLongOnes);
     explanation_->setText(text);
     longBreak_->setExplanation(text);
 }

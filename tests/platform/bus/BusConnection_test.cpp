@@ -154,9 +154,3 @@ TEST_F(BusConnectionTest, MakesEverythingUnknownUntilTheBusIsBack) {
 
 }  // namespace
 }  // namespace tendel
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -90,10 +90,4 @@ TEST_F(DesktopPreferencesTest, GiveWayToTheEnvironment) {
 }  // namespace
 }  // namespace tendel
 
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}
-
 #include "DesktopPreferences_test.moc"
