@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "storage/Archive.h"
 #include "storage/Store.h"
 
 // What the store costs, each beside the same work done with bare SQLite in the same run: "bare" is
@@ -192,10 +193,55 @@ void recordOneAnswer(benchmark::State& state) {
         });
 }
 
+// Both beside reading the same events from the store and nothing more.
+double readEventsOf(const Store& store) {
+    return secondsOf([&] { benchmark::DoNotOptimize(store.events().data()); });
+}
+
+void exportHistory(benchmark::State& state, ArchiveFormat format) {
+    const auto store = std::move(Store::open(history().file()).value());
+    const fs::path file = history().file().parent_path() / "history";
+    compare(
+        state,
+        [&] { return secondsOf([&] { static_cast<void>(exportArchive(*store, file, format)); }); },
+        [&] { return readEventsOf(*store); });
+}
+
+void importHistory(benchmark::State& state, ArchiveFormat format) {
+    const auto store = std::move(Store::open(history().file()).value());
+    const fs::path folder = history().file().parent_path() / "fresh";
+    const fs::path file = history().file().parent_path() / "history";
+    static_cast<void>(exportArchive(*store, file, format));
+    compare(
+        state,
+        [&] {
+            fs::remove_all(folder);
+            const auto fresh = std::move(Store::open(folder / "Tendel.store").value());
+            return secondsOf([&] { static_cast<void>(importArchive(*fresh, file)); });
+        },
+        [&] { return readEventsOf(*store); });
+}
+
 BENCHMARK(openClosedInOrder)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(50);
 BENCHMARK(openAfterACrash)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(20);
 BENCHMARK(readAllEvents)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
 BENCHMARK(recordOneAnswer)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(2000);
+BENCHMARK_CAPTURE(exportHistory, csv, ArchiveFormat::csv)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(10);
+BENCHMARK_CAPTURE(exportHistory, json, ArchiveFormat::json)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(10);
+BENCHMARK_CAPTURE(importHistory, csv, ArchiveFormat::csv)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(importHistory, json, ArchiveFormat::json)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
 
 }  // namespace
 }  // namespace tendel

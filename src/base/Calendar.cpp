@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <map>
 #include <stdexcept>
+#include <vector>
 
 #include "base/Log.h"
 
@@ -124,6 +125,35 @@ std::string inWords(const icu::SimpleDateFormat& format, Duration sinceEpoch) {
     return toUtf8(format.format(toUDate(Instant(sinceEpoch)), text));
 }
 
+// `pattern` without the year and what links it to the rest.
+icu::UnicodeString withoutYear(const icu::UnicodeString& pattern) {
+    struct Field {
+        char16_t letter;
+        int start;
+        int end;
+    };
+    std::vector<Field> fields;
+    bool isQuoted = false;
+    for (int i = 0; i < pattern.length(); ++i) {
+        const char16_t c = pattern[i];
+        if (c == u'\'') isQuoted = !isQuoted;
+        if (isQuoted || !((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'))) continue;
+        if (!fields.empty() && fields.back().letter == c && fields.back().end == i)
+            ++fields.back().end;
+        else
+            fields.push_back({c, i, i + 1});
+    }
+    const auto year = std::ranges::find(fields, u'y', &Field::letter);
+    if (year == fields.end() || fields.size() == 1) return pattern;
+    icu::UnicodeString rest = pattern;
+    // A year at the end takes with it what stands before it, any other what follows.
+    if (year + 1 == fields.end())
+        rest.truncate((year - 1)->end);
+    else
+        rest.remove(year->start, (year + 1)->start - year->start);
+    return rest;
+}
+
 }  // namespace
 
 struct Calendar::State {
@@ -136,6 +166,7 @@ struct Calendar::State {
 
     // Made on first use: a look for the next reminder needs none of them.
     std::unique_ptr<icu::SimpleDateFormat> timeFormat, shortWeekdayFormat, weekdayFormat;
+    std::unique_ptr<icu::SimpleDateFormat> dateFormat, shortDateFormat, datedWeekdayFormat;
     std::unique_ptr<icu::Collator> order;
     std::unique_ptr<icu::RuleBasedCollator> likeness;
 
@@ -143,6 +174,7 @@ struct Calendar::State {
     Instant start(CivilDay date);
     DayInterval existing(CivilDay date);
     std::unique_ptr<icu::SimpleDateFormat> makeTimeFormat() const;
+    icu::UnicodeString datePattern(icu::DateFormat::EStyle style) const;
     std::unique_ptr<icu::SimpleDateFormat> makeFormat(const icu::UnicodeString& pattern) const;
     Duration offsetAt(UDate date) const;
 };
@@ -220,6 +252,13 @@ std::unique_ptr<icu::SimpleDateFormat> Calendar::State::makeTimeFormat() const {
     icu::UnicodeString pattern;
     const auto* format = dynamic_cast<icu::SimpleDateFormat*>(any.get());
     return makeFormat(format ? format->toPattern(pattern) : icu::UnicodeString("HH:mm"));
+}
+
+icu::UnicodeString Calendar::State::datePattern(icu::DateFormat::EStyle style) const {
+    const std::unique_ptr<icu::DateFormat> any(icu::DateFormat::createDateInstance(style, locale));
+    icu::UnicodeString pattern;
+    const auto* format = dynamic_cast<icu::SimpleDateFormat*>(any.get());
+    return format ? withoutYear(format->toPattern(pattern)) : icu::UnicodeString("d MMMM");
 }
 
 std::unique_ptr<icu::SimpleDateFormat> Calendar::State::makeFormat(
@@ -335,6 +374,27 @@ std::string Calendar::formatWeekdayShort(Instant t) const {
 
 std::string Calendar::formatWeekday(Instant t) const {
     return weekdayName(day(t).weekday);
+}
+
+std::string Calendar::formatDate(Instant t) const {
+    auto& format = state_->dateFormat;
+    if (!format) format = state_->makeFormat(state_->datePattern(icu::DateFormat::kLong));
+    return inWords(*format, days(int(day(t).day)));
+}
+
+std::string Calendar::formatDateShort(Instant t) const {
+    auto& format = state_->shortDateFormat;
+    if (!format) {
+        icu::UnicodeString pattern = state_->datePattern(icu::DateFormat::kLong);
+        format = state_->makeFormat(pattern.findAndReplace("MMMM", "MMM"));
+    }
+    return inWords(*format, days(int(day(t).day)));
+}
+
+std::string Calendar::formatDateWithWeekday(Instant t) const {
+    auto& format = state_->datedWeekdayFormat;
+    if (!format) format = state_->makeFormat(state_->datePattern(icu::DateFormat::kFull));
+    return inWords(*format, days(int(day(t).day)));
 }
 
 std::string Calendar::weekdayName(int weekday) const {

@@ -79,6 +79,11 @@ public:
     // "Mon"; "Monday".
     std::string formatWeekdayShort(Instant t) const;
     std::string formatWeekday(Instant t) const;
+    // The date without its year, in the user's order: "17 November"; "17 Nov"; "Tuesday, 17
+    // November".
+    std::string formatDate(Instant t) const;
+    std::string formatDateShort(Instant t) const;
+    std::string formatDateWithWeekday(Instant t) const;
     // The weekday by its number (1 = Sunday), and the number of the locale's first day of the week.
     std::string weekdayName(int weekday) const;
     int firstWeekday() const;

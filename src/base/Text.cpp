@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstdint>
+#include <utility>
 
 namespace tendel {
 
@@ -40,6 +41,31 @@ std::string foldedForSearch(std::string_view text) {
     std::string folded;
     bare.foldCase().toUTF8String(folded);
     return folded;
+}
+
+std::optional<std::size_t> firstIllFormed(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t start = i;
+        UChar32 c = 0;
+        U8_NEXT(bytes, i, text.size(), c);
+        if (c <= 0) return start;
+    }
+    return std::nullopt;
+}
+
+void makeWellFormed(std::string& text) {
+    const std::string_view given = text;
+    std::string clean;
+    std::size_t done = 0;
+    while (const auto bad = firstIllFormed(given.substr(done))) {
+        clean += given.substr(done, *bad);
+        clean += "\xef\xbf\xbd";
+        done += *bad + 1;
+    }
+    if (done == 0) return;
+    clean += given.substr(done);
+    text = std::move(clean);
 }
 
 }  // namespace tendel

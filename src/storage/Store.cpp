@@ -86,17 +86,24 @@ public:
 
     void insert(const ReminderEvent& event) override {
         ReminderEvent fresh = event;
-        insertNew(sql::insertEvent, fresh, fresh.id);
+        note(written_.event, insertNew(sql::insertEvent, fresh, fresh.id));
     }
-    void update(const ReminderEvent& event) override { run(sql::updateEvent, event); }
+    void update(const ReminderEvent& event) override {
+        if (run(sql::updateEvent, event)) note(written_.event, event.id);
+    }
 
     std::int64_t insert(const FocusBlock& block) override {
         FocusBlock fresh = block;
-        return insertNew(sql::insertFocusBlock, fresh, fresh.id);
+        const std::int64_t id = insertNew(sql::insertFocusBlock, fresh, fresh.id);
+        note(written_.focusBlock, id);
+        return id;
     }
-    void update(const FocusBlock& block) override { run(sql::updateFocusBlock, block); }
+    void update(const FocusBlock& block) override {
+        if (run(sql::updateFocusBlock, block)) note(written_.focusBlock, block.id);
+    }
 
     bool hasChanges() const { return hasChanges_; }
+    const Store::Written& written() const { return written_; }
     // The reminders after the changes, when they differ from before.
     std::optional<std::vector<Reminder>>& reminders() { return reminders_; }
     void throwFailure() const {
@@ -108,6 +115,10 @@ private:
     std::vector<Reminder>& edited() {
         if (!reminders_) reminders_ = before_;
         return *reminders_;
+    }
+
+    static void note(std::optional<std::int64_t>& lowest, std::int64_t id) {
+        lowest = std::min(lowest.value_or(id), id);
     }
 
     // The new identifier, or 0.
@@ -141,6 +152,7 @@ private:
     const std::vector<Reminder>& before_;
     std::optional<std::vector<Reminder>> reminders_;
     std::optional<SQLite::Exception> failure_;
+    Store::Written written_;
     bool hasChanges_ = false;
 };
 
@@ -186,6 +198,7 @@ public:
     Result<void> save(const std::function<void(Writer&)>& changes) override {
         if (isSaving_) return failure("a save is still under way");
         bool hasChanges = false;
+        Written written;
         try {
             const Scope saving(isSaving_);
             const auto kept = static_cast<std::ptrdiff_t>(pending_.size());
@@ -199,10 +212,12 @@ public:
             pending_.erase(pending_.begin(), pending_.begin() + kept);
             if (auto& after = writer.reminders()) reminders_ = std::move(*after);
             hasChanges = writer.hasChanges();
+            written = writer.written();
         } catch (const SQLite::Exception& exception) {
             noteDamage(exception);
             return failure(exception.what());
         }
+        if (written.event || written.focusBlock) historyWritten.emit(written);
         if (hasChanges) saved.emit();
         return {};
     }
@@ -227,9 +242,35 @@ public:
     }
 
     std::vector<ReminderEvent> events() const override {
-        auto events = storedEvents();
-        appendPending(events);
+        std::vector<ReminderEvent> events;
+        visitEvents(std::numeric_limits<std::int64_t>::min(),
+                    [&](const EventRow& row) { events.push_back(row.event()); });
         return events;
+    }
+    // Of a damaged table what comes before and after the damage.
+    void visitEvents(std::int64_t after,
+                     const std::function<void(const EventRow&)>& visit) const override {
+        const bool isWhole = readRows(sql::selectEvents + std::string("WHERE id > ?1 ORDER BY id"),
+                                      {after}, [&](SQLite::Statement& row) {
+                                          const EventRow event = withoutDeadLink(readEvent(row));
+                                          after = event.id;
+                                          visit(event);
+                                      });
+        if (!isWhole) {
+            std::vector<ReminderEvent> fromTheEnd;
+            readEvents("WHERE id > ?1 ORDER BY id DESC", {after}, fromTheEnd);
+            for (auto event = fromTheEnd.rbegin(); event != fromTheEnd.rend(); ++event)
+                visit(EventRow(*event));
+        }
+        visitPending(visit);
+    }
+
+    std::size_t eventCount() const override {
+        std::size_t count = pending_.size();
+        readRows("SELECT count(*) FROM events", {}, [&](SQLite::Statement& row) {
+            count += static_cast<std::size_t>(row.getColumn(0).getInt64());
+        });
+        return count;
     }
 
     std::vector<ReminderEvent> eventsDue(Instant from, Instant to) const override {
@@ -242,8 +283,10 @@ public:
                        {from.time_since_epoch().count(), to.time_since_epoch().count()}, due);
         if (isComplete && pending_.empty()) return due;
         // The index may be all that is damaged.
-        if (!isComplete) due = storedEvents();
-        appendPending(due);
+        if (isComplete)
+            visitPending([&](const EventRow& row) { due.push_back(row.event()); });
+        else
+            due = events();
         std::erase_if(due, isOther);
         std::stable_sort(due.begin(), due.end(),
                          [](const auto& a, const auto& b) { return a.fireDate < b.fireDate; });
@@ -256,17 +299,20 @@ public:
         return untitled;
     }
 
-    std::vector<FocusBlock> focusBlocks() const override {
-        return readFocusBlocks(sql::selectFocusBlocks);
-    }
+    std::vector<FocusBlock> focusBlocks() const override { return readFocusBlocks("", {}); }
     std::vector<FocusBlock> focusBlocksWithoutEnd() const override {
-        return readFocusBlocks(sql::selectFocusBlocksWithoutEnd);
+        return readFocusBlocks("WHERE \"end\" IS NULL ", {});
+    }
+    std::vector<FocusBlock> focusBlocksAfter(std::int64_t id) const override {
+        return readFocusBlocks("WHERE id > ?1 ", {id});
     }
 
 private:
-    std::vector<FocusBlock> readFocusBlocks(const char* query) const {
+    std::vector<FocusBlock> readFocusBlocks(const std::string& which,
+                                            std::initializer_list<std::int64_t> parameters) const {
         std::vector<FocusBlock> blocks;
-        readRows(query, {}, [&](SQLite::Statement& row) { blocks.push_back(readFocusBlock(row)); });
+        readRows(sql::selectFocusBlocks + which + "ORDER BY id", parameters,
+                 [&](SQLite::Statement& row) { blocks.push_back(readFocusBlock(row)); });
         return blocks;
     }
 
@@ -319,31 +365,22 @@ private:
     bool readEvents(const std::string& which, std::initializer_list<std::int64_t> parameters,
                     std::vector<ReminderEvent>& events) const {
         return readRows(sql::selectEvents + which, parameters, [&](SQLite::Statement& row) {
-            dropDeadLink(events.emplace_back(readEvent(row)));
+            events.push_back(withoutDeadLink(readEvent(row)).event());
         });
     }
 
-    // Every event that can be read: of a damaged table what comes before and after the damage.
-    std::vector<ReminderEvent> storedEvents() const {
-        std::vector<ReminderEvent> events;
-        if (readEvents("ORDER BY id", {}, events)) return events;
-        const auto last =
-            events.empty() ? std::numeric_limits<std::int64_t>::min() : events.back().id;
-        std::vector<ReminderEvent> fromTheEnd;
-        readEvents("WHERE id > ?1 ORDER BY id DESC", {last}, fromTheEnd);
-        events.insert(events.end(), std::make_move_iterator(fromTheEnd.rbegin()),
-                      std::make_move_iterator(fromTheEnd.rend()));
-        return events;
-    }
-
     // A reminder deleted by another program leaves its events pointing at nothing.
-    void dropDeadLink(ReminderEvent& event) const {
+    EventRow withoutDeadLink(EventRow event) const {
         if (event.reminder && !find(*event.reminder)) event.reminder.reset();
+        return event;
     }
 
-    void appendPending(std::vector<ReminderEvent>& events) const {
-        for (const ReminderEvent& event : pending_)
-            dropDeadLink(events.emplace_back(event));
+    void visitPending(const std::function<void(const EventRow&)>& visit) const {
+        for (const ReminderEvent& event : pending_) {
+            EventRow row = withoutDeadLink(EventRow(event));
+            row.isOnDisk = false;
+            visit(row);
+        }
     }
 
     std::string name_;
@@ -357,6 +394,46 @@ private:
 };
 
 }  // namespace
+
+Store::EventRow::EventRow(const ReminderEvent& event)
+    : id(event.id),
+      isOnDisk(event.id != 0),
+      reminder(event.reminder),
+      fireDate(event.fireDate),
+      respondedAt(event.respondedAt),
+      outcomeRaw(event.outcomeRaw),
+      reminderTitle(event.reminderTitle),
+      kindRaw(event.kindRaw) {}
+
+ReminderEvent Store::EventRow::event() const {
+    ReminderEvent event;
+    event.id = id;
+    event.reminder = reminder;
+    event.fireDate = fireDate;
+    event.respondedAt = respondedAt;
+    event.outcomeRaw = outcomeRaw;
+    event.reminderTitle = reminderTitle;
+    event.kindRaw = kindRaw;
+    return event;
+}
+
+void Store::visitEvents(std::int64_t after,
+                        const std::function<void(const EventRow&)>& visit) const {
+    auto all = events();
+    std::ranges::stable_partition(all, [](const ReminderEvent& event) { return event.id != 0; });
+    for (const ReminderEvent& event : all) {
+        EventRow row(event);
+        if (row.isOnDisk && row.id <= after) continue;
+        if (row.reminder && !find(*row.reminder)) row.reminder.reset();
+        visit(row);
+    }
+}
+
+std::vector<FocusBlock> Store::focusBlocksAfter(std::int64_t id) const {
+    auto blocks = focusBlocks();
+    std::erase_if(blocks, [&](const FocusBlock& block) { return block.id <= id; });
+    return blocks;
+}
 
 std::variant<std::unique_ptr<Store>, OpenFailure> openStore(const fs::path& given) {
     const fs::path file = fs::absolute(given);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "base/Result.h"
@@ -44,6 +46,29 @@ public:
         ~Writer() = default;
     };
 
+    // One event as it is read. The texts live as long as the call that hands them out.
+    struct EventRow {
+        std::int64_t id = 0;
+        bool isOnDisk = true;  // false as long as it could not be saved
+        std::optional<ReminderId> reminder;
+        Instant fireDate;
+        Instant respondedAt;
+        std::string_view outcomeRaw;
+        std::string_view reminderTitle;
+        std::string_view kindRaw;
+
+        EventRow() = default;
+        explicit EventRow(const ReminderEvent& event);
+        ReminderEvent event() const;
+    };
+
+    // What a save wrote of the history: the lowest identifier of each, inserted or changed in
+    // place. What was read of them before is old from there on.
+    struct Written {
+        std::optional<std::int64_t> event;
+        std::optional<std::int64_t> focusBlock;
+    };
+
     // Opens or makes the store at `file` (its folder too), checks it and brings an older version up
     // to date after a copy of the file was made. Fails when it cannot be read or written, is
     // damaged, is not a store, or comes from a newer version; the file is then left as it is.
@@ -69,6 +94,15 @@ public:
     virtual std::vector<FocusBlock> focusBlocks() const = 0;
     virtual std::vector<FocusBlock> focusBlocksWithoutEnd() const = 0;
 
+    // Hands out the events above an identifier without a copy of each; those that could not be
+    // saved yet come last, every time. `visit` must not save.
+    virtual void visitEvents(std::int64_t after,
+                             const std::function<void(const EventRow&)>& visit) const;
+    // How many it hands out when it begins at the first.
+    virtual std::size_t eventCount() const { return events().size(); }
+    virtual std::vector<FocusBlock> focusBlocksAfter(std::int64_t id) const;
+
+    Signal<Written> historyWritten;  // just before `saved`
     Signal<> saved;
 };
 

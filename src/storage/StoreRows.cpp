@@ -8,13 +8,11 @@
 #include <optional>
 #include <string>
 
+#include "base/Iso8601.h"
+
 namespace tendel {
 
 namespace {
-
-// The years 1 to 9999, so that no sum of an instant and a span leaves the range of its type.
-constexpr Instant earliest{Duration{-62'135'596'800'000'000}};
-constexpr Instant latest{Duration{253'402'300'799'000'000}};
 
 std::optional<std::int64_t> wholeNumber(const SQLite::Column& value) {
     if (value.isInteger()) return value.getInt64();
@@ -39,7 +37,7 @@ std::optional<bool> boolean(const SQLite::Column& value) {
 std::optional<Instant> instant(const SQLite::Column& value) {
     const auto stored = wholeNumber(value);
     if (!stored) return std::nullopt;
-    return std::clamp(Instant{Duration{*stored}}, earliest, latest);
+    return std::clamp(Instant{Duration{*stored}}, earliestIso8601, latestIso8601);
 }
 
 std::optional<std::string> text(const SQLite::Column& value) {
@@ -95,17 +93,22 @@ Reminder readReminder(SQLite::Statement& row) {
     return reminder;
 }
 
-ReminderEvent readEvent(SQLite::Statement& row) {
-    ReminderEvent event;
+Store::EventRow readEvent(SQLite::Statement& row) {
+    // NULL reads as an empty text, which gives each its default.
+    const auto textAt = [&](int column) {
+        const SQLite::Column value = row.getColumn(column);
+        const char* const text = value.getText();
+        return std::string_view(text, static_cast<std::size_t>(value.getBytes()));
+    };
+    Store::EventRow event;
     event.id = row.getColumn(0).getInt64();
     if (const auto id = wholeNumber(row.getColumn(1))) event.reminder = ReminderId{*id};
     const auto due = instant(row.getColumn(2)), responded = instant(row.getColumn(3));
     event.fireDate = due ? *due : responded.value_or(Instant{});
     event.respondedAt = responded.value_or(event.fireDate);
-    // NULL reads as an empty text, which gives each its default.
-    event.outcomeRaw = row.getColumn(4).getString();
-    event.reminderTitle = row.getColumn(5).getString();
-    event.kindRaw = row.getColumn(6).getString();
+    event.outcomeRaw = textAt(4);
+    event.reminderTitle = textAt(5);
+    event.kindRaw = textAt(6);
     return event;
 }
 

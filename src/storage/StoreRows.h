@@ -1,8 +1,6 @@
 #pragma once
 
-#include "model/FocusBlock.h"
-#include "model/Reminder.h"
-#include "model/ReminderEvent.h"
+#include "storage/Store.h"
 
 namespace SQLite {
 class Statement;
@@ -38,12 +36,9 @@ inline constexpr const char* updateEvent =
     "UPDATE events SET reminder = (SELECT id FROM reminders WHERE id = ?2), fireDate = ?3,"
     " respondedAt = ?4, outcomeRaw = ?5, reminderTitle = ?6, kindRaw = ?7 WHERE id = ?1";
 
+// As above.
 inline constexpr const char* selectFocusBlocks =
-    "SELECT id, start, \"end\", plannedMinutes, focusedSeconds, finished FROM focusBlocks"
-    " ORDER BY id";
-inline constexpr const char* selectFocusBlocksWithoutEnd =
-    "SELECT id, start, \"end\", plannedMinutes, focusedSeconds, finished FROM focusBlocks"
-    " WHERE \"end\" IS NULL ORDER BY id";
+    "SELECT id, start, \"end\", plannedMinutes, focusedSeconds, finished FROM focusBlocks ";
 inline constexpr const char* insertFocusBlock =
     "INSERT INTO focusBlocks (id, start, \"end\", plannedMinutes, focusedSeconds, finished)"
     " VALUES (?1, ?2, ?3, ?4, ?5, ?6)";
@@ -56,7 +51,7 @@ inline constexpr const char* updateFocusBlock =
 // hand may have edited the file) reads as the field's default, a number out of range as the nearest
 // one.
 Reminder readReminder(SQLite::Statement& row);
-ReminderEvent readEvent(SQLite::Statement& row);
+Store::EventRow readEvent(SQLite::Statement& row);  // its texts live until the next row
 FocusBlock readFocusBlock(SQLite::Statement& row);
 
 // Bind a record to an insert or update statement above. An identifier of 0 becomes NULL, which

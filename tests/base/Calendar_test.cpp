@@ -78,6 +78,31 @@ TEST(CalendarTest, SpeaksTheLocaleThatTheSessionNames) {
     }
 }
 
+TEST(CalendarTest, WritesDatesWithoutTheirYear) {
+    struct Case {
+        const char* locale;
+        const char* dates;
+    };
+    const Case cases[] = {
+        {"en_US", "November 17 | Nov 17 | Tuesday, November 17"},
+        {"en_GB", "17 November | 17 Nov | Tuesday, 17 November"},
+        {"", "17 November | 17 Nov | Tuesday, 17 November"},
+        {"de_DE", "17. November | 17. Nov. | Dienstag, 17. November"},
+        {"pt_BR", "17 de novembro | 17 de nov. | terça-feira, 17 de novembro"},
+        {"hu_HU", "november 17. | nov. 17. | november 17., kedd"},
+        {"lv_LV", "17. novembris | 17. nov. | otrdiena, 17. novembris"},
+        {"ja_JP", "11月17日 | 11月17日 | 11月17日火曜日"},
+    };
+    // Already the 17th where the user is.
+    const Instant t = at("2026-11-16T20:00:00Z");
+    for (const Case& c : cases) {
+        const Calendar calendar("Asia/Tokyo", c.locale);
+        EXPECT_EQ(calendar.formatDate(t) + " | " + calendar.formatDateShort(t) + " | " +
+                      calendar.formatDateWithWeekday(t),
+                  c.dates);
+    }
+}
+
 TEST(CalendarTest, TakesZoneAndLocaleOfTheSession) {
     const auto with = [](const char* zone, const char* all, const char* time, const char* lang) {
         ::setenv("TZ", zone, 1);
@@ -122,16 +147,20 @@ TEST(CalendarTest, ReadsAndWritesIso8601) {
         {"2026-03-02T08:15:30+01:30", "2026-03-02T06:45:30Z"},
         {"2026-03-01T23:15:30-02:00", "2026-03-02T01:15:30Z"},
         {"2024-02-29T00:00:00Z", "2024-02-29T00:00:00Z"},
-        {"1969-12-31T23:59:59Z", "1969-12-31T23:59:59Z"},
+        {"1969-12-31T23:59:59.9Z", "1969-12-31T23:59:59.900000Z"},
+        {"2026-03-02T08:15:30.0000019+00:30", "2026-03-02T07:45:30.000001Z"},
+        {"0001-01-01T00:00:00.000000Z", "0001-01-01T00:00:00Z"},
+        {"9999-12-31T22:59:59-01:00", "9999-12-31T23:59:59Z"},
     };
     for (const auto& [text, expected] : good)
-        EXPECT_EQ(formatIso8601(at(text)), expected);
+        EXPECT_EQ(formatIso8601Exactly(at(text)), expected);
     EXPECT_EQ(formatIso8601(Instant(Duration(-1))), "1969-12-31T23:59:59Z");
     for (const char* bad :
          {"", "2026-03-02", "2026-03-02T08:15:30", "2026-03-02 08:15:30Z", "2026-02-29T08:15:30Z",
           "2026-13-02T08:15:30Z", "2026-03-02T24:00:00Z", "2026-03-02T08:60:00Z",
           "2026-03-02T08:15:30Zulu", "2026-03-02T08:15:30+0130", "2026-03-02T08:15:30+25:00",
-          "+026-03-02T08:15:30Z"})
+          "+026-03-02T08:15:30Z", "2026-03-02T08:15:30.Z", "2026-03-02T08:15:30,5Z",
+          "0001-01-01T00:00:00+00:01", "9999-12-31T23:59:59.000001Z"})
         EXPECT_FALSE(parseIso8601(bad)) << bad;
 }
 
