@@ -55,6 +55,8 @@ public:
     const Observable<bool>& isHoldingReminders() const { return isHoldingReminders_; }
     // What fell due while it could not be shown, and waits to be.
     const Observable<std::vector<Upcoming::Item>>& kept() const { return kept_; }
+    // When snoozed reminders fire again; until then their chains are silent.
+    const std::unordered_map<ReminderId, Instant>& snoozes() const { return snoozes_; }
 
     ReminderAlertPresenting* presenter = nullptr;  // not owned
     std::function<void()> onPauseChange = [] {};
