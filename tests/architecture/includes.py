@@ -24,12 +24,13 @@ BUILDS_ON = {
     "ui/theme": ["library"],
     "ui/alert": ["alerts", "ui/theme"],
     "ui/tray": ["app", "ui/theme"],
-    "ui/window": ["app", "ui/theme"],
+    "ui/stats": ["app", "ui/theme"],
+    "ui/window": ["app", "ui/theme", "ui/stats"],
     "ui": ["ui/alert", "ui/tray", "ui/window"],
     "main": ["platform", "ui"],
 }
 
-ADAPTERS = {"platform", "ui", "ui/alert", "ui/theme", "ui/tray", "ui/window", "main"}
+ADAPTERS = {"platform", "ui", "ui/alert", "ui/stats", "ui/theme", "ui/tray", "ui/window", "main"}
 
 # Which folders may include what is neither ours nor the standard library's, and whether in headers too.
 FOREIGN = [

@@ -1,7 +1,6 @@
 #include "ui/alert/AlertView.h"
 
 #include <QAccessible>
-#include <QAccessibleWidget>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QScreen>
@@ -12,6 +11,7 @@
 #include <utility>
 
 #include "ui/alert/AlertShape.h"
+#include "ui/theme/Accessible.h"
 #include "ui/theme/Theme.h"
 
 namespace tendel {
@@ -29,12 +29,6 @@ constexpr double compactMargin = 8;
 constexpr double compactSize = 28;
 constexpr double compactGap = 6;
 constexpr double usualRefreshRate = 60;  // where the screen does not tell its own
-
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
-    auto* view =
-        className == QLatin1String("tendel::AlertView") ? qobject_cast<QWidget*>(object) : nullptr;
-    return view ? new QAccessibleWidget(view, QAccessible::AlertMessage) : nullptr;
-}
 
 // Heads for the target, but lets a motion that goes there already go on.
 void head(AnimatedValue& value, double target, const std::optional<MotionCurve>& curve,
@@ -72,8 +66,7 @@ QPainterPath beginning(const std::array<QPointF, 3>& points, double part) {
 
 AlertView::AlertView(NotchAlertModel& model, const NotchAlertActions& actions, EventLoop& loop)
     : model_(model), actions_(actions), loop_(loop) {
-    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-    static_cast<void>(isInstalled);
+    tellAs<AlertView, QAccessible::AlertMessage>();
     setAttribute(Qt::WA_TranslucentBackground);
     // The window is never the active one, but its tooltips are wanted.
     setAttribute(Qt::WA_AlwaysShowToolTips);

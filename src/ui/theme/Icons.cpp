@@ -78,6 +78,7 @@ constexpr Symbol symbols[] = {
 
     {"bell.slash", 0xe7f6, "Silent bell"},
     {"briefcase", 0xe8f9, "Briefcase"},
+    {"chart.bar", 0xe26b, "Bar chart"},
     {"check", 0xe5ca, "Check"},
     {"checkmark", 0xe5ca, "Check"},
     {"checkmark.circle", 0xe86c, "Check"},
@@ -91,6 +92,7 @@ constexpr Symbol symbols[] = {
     {"exclamationmark.triangle", 0xe002, "Warning"},
     {"fan", 0xec0c, "Fan"},
     {"fireplace", 0xea43, "Fireplace"},
+    {"flame", 0xef55, "Flame"},
     {"forward.end", 0xe044, "Skip"},
     {"headphones", 0xf01f, "Listen"},
     {"info.circle", 0xe88e, "Information"},

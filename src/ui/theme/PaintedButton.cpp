@@ -1,9 +1,9 @@
 #include "ui/theme/PaintedButton.h"
 
-#include <QAccessibleWidget>
 #include <QFocusEvent>
 #include <QKeyEvent>
 
+#include "ui/theme/Accessible.h"
 #include "ui/theme/Theme.h"
 
 namespace tendel {
@@ -65,16 +65,10 @@ private:
     PaintedButton& button() const { return *static_cast<PaintedButton*>(object()); }
 };
 
-QAccessibleInterface* makeAccessible(const QString&, QObject* object) {
-    auto* button = qobject_cast<PaintedButton*>(object);
-    return button ? new AccessibleButton(button) : nullptr;
-}
-
 }  // namespace
 
 PaintedButton::PaintedButton(QWidget* parent) : QAbstractButton(parent) {
-    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-    static_cast<void>(isInstalled);
+    tellThrough<PaintedButton, AccessibleButton>();
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_Hover);
 }

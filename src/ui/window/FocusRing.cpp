@@ -1,7 +1,5 @@
 #include "ui/window/FocusRing.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QPainter>
 
 #include <algorithm>
@@ -9,6 +7,7 @@
 #include <numbers>
 
 #include "focus/FocusWords.h"
+#include "ui/theme/Accessible.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/TabularText.h"
 
@@ -19,12 +18,6 @@ namespace {
 constexpr int ringSize = 240;
 constexpr double ringWidth = 10;
 constexpr int fadeTime = 200;  // milliseconds
-
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
-    auto* ring =
-        className == QLatin1String("tendel::FocusRing") ? qobject_cast<QWidget*>(object) : nullptr;
-    return ring ? new QAccessibleWidget(ring, QAccessible::StaticText) : nullptr;
-}
 
 QString clock(int seconds) {
     return toQString(clockText(seconds));
@@ -37,8 +30,7 @@ QFont digitsFont() {
 }  // namespace
 
 FocusRing::FocusRing(QWidget* parent) : QWidget(parent) {
-    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-    static_cast<void>(isInstalled);
+    tellAs<FocusRing, QAccessible::StaticText>();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     fade_.setStartValue(0.0);
     fade_.setEndValue(1.0);

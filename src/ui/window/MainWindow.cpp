@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "focus/FocusWords.h"
+#include "ui/stats/StatsPage.h"
 #include "ui/theme/QtText.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/FocusCountdown.h"
@@ -41,7 +42,8 @@ MainWindow::MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>
         {{SidebarItem::privateReminders, tr("Private Reminders"), "house",
           Theme::Color::privateAccent},
          {SidebarItem::workReminders, tr("Work Reminders"), "briefcase", Theme::Color::workAccent},
-         {SidebarItem::focus, tr("Focus"), "target", Theme::Color::focusAccent}});
+         {SidebarItem::focus, tr("Focus"), "target", Theme::Color::focusAccent},
+         {SidebarItem::stats, tr("Stats"), "chart.bar", Theme::Color::good}});
     pages_ = new QStackedWidget;
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
@@ -57,6 +59,9 @@ MainWindow::MainWindow(TendelApp& app, const Observable<std::optional<AlertHold>
     addListPage(SidebarItem::privateReminders, ReminderKind::private_);
     addListPage(SidebarItem::workReminders, ReminderKind::work);
     addFocusPage();
+    statsPage_ = new StatsPage(app_);
+    pages_->addWidget(statsPage_);
+    pageOf_.emplace(SidebarItem::stats, statsPage_);
     connect(sidebar_, &Sidebar::chosen, this, &MainWindow::showSection);
     addShortcuts();
     refreshCounts();
@@ -111,6 +116,7 @@ void MainWindow::addShortcuts() {
     add(Qt::CTRL | Qt::Key_1, [this] { showSection(SidebarItem::privateReminders); });
     add(Qt::CTRL | Qt::Key_2, [this] { showSection(SidebarItem::workReminders); });
     add(Qt::CTRL | Qt::Key_3, [this] { showSection(SidebarItem::focus); });
+    add(Qt::CTRL | Qt::Key_4, [this] { showSection(SidebarItem::stats); });
     auto* closing = new QShortcut(QKeySequence::Close, this);
     connect(closing, &QShortcut::activated, this, &QWidget::close);
 }
@@ -133,8 +139,9 @@ void MainWindow::showSection(SidebarItem item) {
 }
 
 QWidget* MainWindow::firstFocus() const {
-    const ReminderListPage* list = listPage();
-    return list ? list->firstFocus() : focusPage_->firstFocus();
+    if (const ReminderListPage* list = listPage()) return list->firstFocus();
+    return pages_->currentWidget() == focusPage_ ? focusPage_->firstFocus()
+                                                 : statsPage_->firstFocus();
 }
 
 ReminderListPage* MainWindow::listPage() const {

@@ -21,6 +21,7 @@ class ReminderEditor;
 class ReminderListPage;
 class Sheet;
 class Sidebar;
+class StatsPage;
 class StatusLine;
 
 // The window with the sections at its left. Made when it is asked for and deleted when it is
@@ -63,6 +64,7 @@ private:
     StatusLine* status_;
     std::map<SidebarItem, QWidget*> pageOf_;
     FocusPage* focusPage_ = nullptr;
+    StatsPage* statsPage_ = nullptr;
     FocusCountdown* focusCountdown_ = nullptr;
     QPointer<Sheet> editorSheet_;
     QPointer<Sheet> question_;

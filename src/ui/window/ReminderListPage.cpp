@@ -15,6 +15,7 @@
 #include "ui/theme/QtText.h"
 #include "ui/theme/SlimScrollArea.h"
 #include "ui/theme/SymbolCircle.h"
+#include "ui/window/DayTimelineCard.h"
 
 namespace tendel {
 
@@ -43,6 +44,7 @@ ReminderListPage::ReminderListPage(TendelApp& app, ReminderKind kind, QWidget* p
     message_->setContentsMargins(edge, 0, edge, 12);
     message_->hide();
     page->addWidget(message_);
+    page->addWidget(makeTimeline());
 
     scroll_ = new SlimScrollArea;
     auto* content = new QWidget;
@@ -97,6 +99,16 @@ QWidget* ReminderListPage::makeHeader() {
     connect(newButton_, &QAbstractButton::clicked, this, &ReminderListPage::newRequested);
     row->addWidget(newButton_, 0, Qt::AlignTop);
     return header;
+}
+
+QWidget* ReminderListPage::makeTimeline() {
+    timeline_ = new QWidget;
+    auto* centred = new QHBoxLayout(timeline_);
+    centred->setContentsMargins(edge, 0, edge, 2 * cardGap - focusMargin);
+    auto* card = new DayTimelineCard(app_);
+    card->setMaximumWidth(widestColumn - 2 * focusMargin);
+    centred->addWidget(card);
+    return timeline_;
 }
 
 QWidget* ReminderListPage::makeEmptyState() {
@@ -187,6 +199,7 @@ void ReminderListPage::refresh() {
 
     const bool isEmpty = cards_.empty();
     newButton_->setVisible(!isEmpty);
+    timeline_->setVisible(!app_.store.reminders().empty());
     scroll_->setVisible(!isEmpty);
     emptyState_->setVisible(isEmpty);
     summary_->setText(summary(now, next));

@@ -16,8 +16,8 @@ class Button;
 class Label;
 class SlimScrollArea;
 
-// The reminders of one kind, as cards that follow the store, the clock and the working hours.
-// Cards are changed in place, so that focus and scroll position stay.
+// The day's line, and the reminders of one kind, as cards that follow the store, the clock and the
+// working hours. Cards are changed in place, so that focus and scroll position stay.
 class ReminderListPage : public QWidget {
     Q_OBJECT
 public:
@@ -49,6 +49,7 @@ private:
     QString summary(Instant now, std::optional<Instant> next) const;
     ReminderCard* makeCard(ReminderCard::Content content);
     QWidget* makeHeader();
+    QWidget* makeTimeline();
     QWidget* makeEmptyState();
     void moveFocus(int step);
     void duplicate(ReminderId id);
@@ -61,6 +62,7 @@ private:
     Button* newButton_;
     Label* summary_;
     Label* message_;
+    QWidget* timeline_;
     SlimScrollArea* scroll_;
     QVBoxLayout* column_;
     QWidget* emptyState_;

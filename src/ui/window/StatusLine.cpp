@@ -1,13 +1,12 @@
 #include "ui/window/StatusLine.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QHelpEvent>
 #include <QPainter>
 #include <QToolTip>
 
 #include <algorithm>
 
+#include "ui/theme/Accessible.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/ReminderListPage.h"
@@ -19,12 +18,6 @@ namespace {
 constexpr int lineHeight = 36;
 constexpr int symbolSize = 16;
 constexpr int gap = 8;
-
-QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
-    auto* line =
-        className == QLatin1String("tendel::StatusLine") ? qobject_cast<QWidget*>(object) : nullptr;
-    return line ? new QAccessibleWidget(line, QAccessible::StatusBar) : nullptr;
-}
 
 }  // namespace
 
@@ -45,8 +38,7 @@ std::string_view symbolOf(AlertHold::Reason reason) {
 }
 
 StatusLine::StatusLine(QWidget* parent) : QWidget(parent) {
-    static const bool isInstalled = (QAccessible::installFactory(makeAccessible), true);
-    static_cast<void>(isInstalled);
+    tellAs<StatusLine, QAccessible::StatusBar>();
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     connect(&Theme::instance(), &Theme::changed, this, qOverload<>(&QWidget::update));
     hide();

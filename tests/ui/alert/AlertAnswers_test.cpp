@@ -8,39 +8,6 @@ namespace {
 using enum AlertAnswer;
 using Answers = std::vector<AlertAnswer>;
 
-TEST(AlertAnswersTest, OfferWhatTheContentAllows) {
-    using Style = NotchAlertContent::Style;
-    NotchAlertContent plain;
-    NotchAlertContent offersBreak;
-    offersBreak.durationSeconds = 20;
-    offersBreak.offersHadBreak = true;
-    NotchAlertContent othersWait;
-    othersWait.queuedCount = 2;
-    NotchAlertContent running = offersBreak;
-    running.offersHadBreak = false;
-    running.breakEndsAt = Instant{};
-    running.canHideInPill = true;
-    NotchAlertContent focusEnded;
-    focusEnded.style = Style::focusEnded;
-    NotchAlertContent breakEnded;
-    breakEnded.style = Style::breakEnded;
-
-    struct Case {
-        NotchAlertContent content;
-        Answers answers;
-        bool hasPrimary = true;
-    };
-    for (const Case& c : {Case{plain, {done, snooze, skip}},
-                          Case{offersBreak, {start, done, snooze, skip, hadBreak}},
-                          Case{othersWait, {done, snooze, skip, skipAll}},
-                          Case{running, {hideInPill, done, skip}, false},
-                          Case{focusEnded, {done, extendFocus, skipBreak}},
-                          Case{breakEnded, {startFocus, extendBreak, skip}}}) {
-        EXPECT_EQ(answersTo(c.content), c.answers);
-        EXPECT_EQ(isPrimary(c.answers.front(), c.content), c.hasPrimary);
-    }
-}
-
 TEST(AlertAnswersTest, NameTheLengthOfTheBreak) {
     NotchAlertContent content;
     for (const auto& [seconds, text] :

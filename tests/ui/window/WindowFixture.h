@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,9 +37,16 @@ public:
         return found == reminders_.end() ? nullptr : &*found;
     }
     std::vector<ReminderEvent> events() const override { return events_; }
-    std::vector<ReminderEvent> eventsDue(Instant, Instant) const override { return {}; }
+    std::vector<ReminderEvent> eventsDue(Instant from, Instant to) const override {
+        std::vector<ReminderEvent> due;
+        std::ranges::copy_if(events_, std::back_inserter(due), [&](const ReminderEvent& each) {
+            return from <= each.fireDate && each.fireDate < to;
+        });
+        std::ranges::stable_sort(due, {}, &ReminderEvent::fireDate);
+        return due;
+    }
     std::vector<ReminderEvent> eventsWithoutTitle() const override { return {}; }
-    std::vector<FocusBlock> focusBlocks() const override { return {}; }
+    std::vector<FocusBlock> focusBlocks() const override { return focusBlocks_; }
     std::vector<FocusBlock> focusBlocksWithoutEnd() const override { return {}; }
 
     ReminderId add(Reminder reminder) {
@@ -61,16 +69,25 @@ private:
         }
         void remove(ReminderId id) override {
             std::erase_if(store.reminders_, [id](const Reminder& each) { return each.id == id; });
+            for (ReminderEvent& each : store.events_)
+                if (each.reminder == id) each.reminder.reset();
         }
-        void insert(const ReminderEvent& event) override { store.events_.push_back(event); }
+        void insert(const ReminderEvent& event) override {
+            store.events_.push_back(event);
+            store.events_.back().id = std::ssize(store.events_);
+        }
         void update(const ReminderEvent&) override {}
-        std::int64_t insert(const FocusBlock&) override { return 0; }
+        std::int64_t insert(const FocusBlock& block) override {
+            store.focusBlocks_.push_back(block);
+            return store.focusBlocks_.back().id = std::ssize(store.focusBlocks_);
+        }
         void update(const FocusBlock&) override {}
         MemoryStore& store;
     };
 
     std::vector<Reminder> reminders_;
     std::vector<ReminderEvent> events_;
+    std::vector<FocusBlock> focusBlocks_;
     std::int64_t lastId_ = 0;
 };
 

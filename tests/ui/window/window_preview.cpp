@@ -4,6 +4,8 @@
 //                  [--status TEXT]
 //                  [--lengthy]  every text as long as in a language of long words
 //                  [--timer resting | focus | paused | break | long | ready | extension | last]
+//                  [--timeline usual | dayoff | dense | quiet | morning | night] [--mark N]
+//                  [--contrast]
 //                  [--new | --edit N | --delete N | --notice | --failure] [--scroll] [--tab]
 //                  [--shot FILE]
 // With --shot it draws itself into a picture and ends.
@@ -18,9 +20,12 @@
 
 #include "WindowFixture.h"
 #include "library/ReminderTemplate.h"
+#include "reminders/ReminderSchedule.h"
+#include "support/WholeApplication.h"
 #include "ui/theme/Slider.h"
 #include "ui/theme/SlimScrollArea.h"
 #include "ui/theme/Theme.h"
+#include "ui/window/DayTimelineView.h"
 #include "ui/window/MainWindow.h"
 #include "ui/window/NoticeWindow.h"
 #include "ui/window/ReminderCard.h"
@@ -120,28 +125,80 @@ void bring(test::Desk& desk, const QString& phase) {
     if (phase == "ready") timer.skip();
 }
 
+// A day that has got that far, with its history and what is on the screen.
+void live(test::WholeApplication& desk, const QString& day) {
+    using std::chrono::minutes;
+    const bool isDayOff = day == "dayoff";
+    const char* now = day == "morning" ? "07:10:00"
+                      : day == "night" ? "23:52:00"
+                      : day == "quiet" ? "17:20:00"
+                                       : "14:12:00";
+    desk.loop.setWallClock(desk.at(now) + std::chrono::days(isDayOff ? 5 : 0));
+    if (day == "quiet") {
+        Reminder over = made("drink-water", ReminderKind::work);
+        desk.save([&](Store::Writer& writer) { writer.insert(over); });
+        return desk.app.start();
+    }
+    fill(*desk.store, false, day == "dense" ? 40 : 0);
+    const Instant t = desk.loop.now();
+    const DayInterval today = desk.calendar.day(t);
+    ScheduleSearch search(desk.calendar, *desk.app.settings.workingHours);
+    desk.save([&](Store::Writer& writer) {
+        int i = 0;
+        for (const Reminder& reminder : desk.store->reminders()) {
+            auto due = search.nextFireDate(reminder, today.start);
+            for (; reminder.isOn && due && *due < t - minutes(4);
+                 due = search.nextFireDate(reminder, *due)) {
+                ++i;
+                const Outcome outcome = i % 7 == 3    ? Outcome::expired
+                                        : i % 11 == 5 ? Outcome::snoozed
+                                        : i % 9 == 2  ? Outcome::breakTaken
+                                                      : Outcome::done;
+                writer.insert(ReminderEvent(reminder, *due, outcome, *due + minutes(i % 3)));
+            }
+        }
+    });
+    desk.app.start();
+    if (day == "morning" || day == "night") return;
+    const auto& reminders = desk.store->reminders();
+    const auto item = [&](std::size_t i) {
+        return std::vector{Upcoming::Item::of(reminders.at(i))};
+    };
+    desk.app.scheduler.keep(item(2), KeptReason::call, t - minutes(42));
+    desk.app.alerts.present({.items = item(1), .fireDate = t - minutes(2)});
+    desk.app.scheduler.snooze(reminders.at(0).id, minutes(35));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QCommandLineParser options;
-    for (const auto* flag : {"private", "dark", "empty", "off", "many", "new", "notice", "scroll",
-                             "tab", "call", "presentation", "away", "pause", "failure", "lengthy"})
+    for (const auto* flag :
+         {"private", "dark", "empty", "off", "many", "new", "notice", "scroll", "tab", "call",
+          "presentation", "away", "pause", "failure", "lengthy", "contrast"})
         options.addOption({QString(flag), QString()});
-    for (const auto* value :
-         {"locale", "size", "edit", "delete", "shot", "waiting", "status", "timer"})
+    for (const auto* value : {"locale", "size", "edit", "delete", "shot", "waiting", "status",
+                              "timer", "timeline", "mark"})
         options.addOption({QString(value), QString(), "value"});
     options.process(application);
 
     Lengthy lengthy;
     if (options.isSet("lengthy")) QApplication::installTranslator(&lengthy);
     Theme::instance().setDark(options.isSet("dark"));
-    test::Desk desk(options.isSet("locale") ? options.value("locale").toStdString() : "en_US");
+    Theme::instance().setHighContrast(options.isSet("contrast"));
+    const std::string locale =
+        options.isSet("locale") ? options.value("locale").toStdString() : "en_US";
+    test::Desk desk(locale);
+    test::WholeApplication lived;
+    lived.calendar = Calendar("Europe/Berlin", locale);
+    if (options.isSet("timeline")) live(lived, options.value("timeline"));
+    TendelApp& app = options.isSet("timeline") ? lived.app : desk.app;
     if (!options.isSet("empty"))
         fill(desk.store, options.isSet("off"), options.isSet("many") ? 1000 : 0);
 
     Observable<Presence> presence;
-    AlertHoldMonitor hold(desk.app.scheduler, presence, desk.app.focus, desk.loop);
+    AlertHoldMonitor hold(app.scheduler, presence, app.focus, app.platform.loop);
     if (options.isSet("call")) presence.set(Presence::busyCall);
     if (options.isSet("presentation")) presence.set(Presence::busyPresentation);
     if (options.isSet("away")) presence.set(Presence::away);
@@ -172,7 +229,7 @@ int main(int argc, char** argv) {
     } else {
         QElapsedTimer clock;
         clock.start();
-        auto* window = new MainWindow(desk.app, hold.current());
+        auto* window = new MainWindow(app, hold.current());
         const QStringList size = options.value("size").split('x');
         if (size.size() == 2) window->resize(size[0].toInt(), size[1].toInt());
         if (options.isSet("status"))
@@ -197,6 +254,12 @@ int main(int argc, char** argv) {
         if (options.isSet("tab") && cards.size() > 1) cards[1]->setFocus(Qt::TabFocusReason);
         if (options.isSet("tab") && options.isSet("timer"))
             window->findChildren<Slider*>()[2]->setFocus(Qt::TabFocusReason);
+        if (options.isSet("mark"))
+            for (auto* timeline : window->findChildren<DayTimelineView*>())
+                if (timeline->isVisible()) {
+                    timeline->setFocus(Qt::TabFocusReason);
+                    timeline->walkTo(options.value("mark").toInt());
+                }
         if (options.isSet("new")) window->createReminder();
         if (options.isSet("edit")) window->editReminder({options.value("edit").toInt()});
         if (options.isSet("delete"))
