@@ -119,10 +119,10 @@ TEST_F(NotchAlertControllerTest, HidesAfterTheUnhoveredTimeThatIsSet) {
         EXPECT_EQ(seen(), "-");
     }
     settings.alertAutoHide.set(AlertAutoHide::never);
-    due({add("Stretch")});
+    const auto stretch = add("Stretch"), water = add("Water"), eyes = add("Eyes");
+    due({stretch});
     open();
     EXPECT_EQ(loop.nextDue(), std::nullopt) << "nothing needs to wake up";
-    const auto water = add("Water");
     due({water});
     loop.advance(100s);
     edit(water, [](Reminder& r) { r.title = "Tea"; });
@@ -130,9 +130,12 @@ TEST_F(NotchAlertControllerTest, HidesAfterTheUnhoveredTimeThatIsSet) {
     loop.advance(50s);
     loop.setWallClock(loop.now() + 1h);
     EXPECT_EQ(loop.nextDue(), loop.monotonicNow() + 300s + 1us) << "nobody has waited longer";
-    loop.advance(301s);
-    EXPECT_EQ(seen(), "Stretch");
-    EXPECT_EQ(takeHistory(), "10:00 Tea expired");
+    loop.advance(50s);
+    due({stretch, eyes});
+    EXPECT_EQ(loop.nextDue(), loop.monotonicNow() + 250s + 1us) << "the older one's";
+    loop.advance(251s);
+    EXPECT_EQ(seen(), "Stretch +1");
+    EXPECT_EQ(takeHistory(), "10:00 Stretch expired, 10:00 Tea expired");
 }
 
 TEST_F(NotchAlertControllerTest, TakesNoAnswerThatIsNotForTheShownAlert) {
@@ -307,24 +310,6 @@ TEST_F(NotchAlertControllerTest, LeavingAndGettingBusyHandTheAlertsBack) {
     EXPECT_EQ(seen(), "Eyes") << "a started break goes on";
     loop.advance(60s);
     EXPECT_EQ(takeHistory(), "10:05 Eyes done");
-}
-
-TEST_F(NotchAlertControllerTest, TellsWhyAnAlertComesLate) {
-    const std::pair<KeptReason, std::optional<std::string>> cases[] = {
-        {KeptReason::presentation, "Held during your presentation"},
-        {KeptReason::call, "Held during your call"},
-        {KeptReason::away, "Missed at 09:59 · you were away"},
-        {KeptReason::focus, std::nullopt}};
-    for (const auto& [reason, notice] : cases) {
-        Upcoming::Item item = Upcoming::Item::of(*store->find(add("Stretch")));
-        item.missedAt = ten - 1min;
-        item.keptReason = reason;
-        controller.present({.items = {item}, .fireDate = ten});
-        open();
-        EXPECT_EQ(model.content()->notice, notice);
-        answer(actions.skip);
-        EXPECT_EQ(takeHistory(), "09:59 Stretch skipped");
-    }
 }
 
 TEST_F(NotchAlertControllerTest, FollowsEditsAndDeletionsOfReminders) {

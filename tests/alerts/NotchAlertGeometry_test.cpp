@@ -18,15 +18,6 @@ ScreenInfo notched(double notchWidth) {
             .auxiliaryTopRightWidth = beside};
 }
 
-TEST(NotchAlertGeometryTest, FindsANotchOnlyWhereEverythingIsReported) {
-    ScreenInfo noInset = notched(200), noRightArea = notched(200);
-    noInset.safeAreaTop = 0;
-    noRightArea.auxiliaryTopRightWidth.reset();
-    EXPECT_EQ(notched(200).notchSize(), (Size{200, 32}));
-    EXPECT_EQ(noInset.notchSize(), std::nullopt);
-    EXPECT_EQ(noRightArea.notchSize(), std::nullopt);
-}
-
 TEST(NotchAlertGeometryTest, OutlinesByPhaseStyleNotchAndPill) {
     const auto full = AlertStyle::full, compact = AlertStyle::compact;
     struct Row {
@@ -36,7 +27,13 @@ TEST(NotchAlertGeometryTest, OutlinesByPhaseStyleNotchAndPill) {
         Phase phase;
         AlertOutline expected;
     };
+    // There is a notch only where everything about it is reported.
+    ScreenInfo noInset = notched(200), noRightArea = notched(200);
+    noInset.safeAreaTop = 0;
+    noRightArea.auxiliaryTopRightWidth.reset();
     const Row rows[] = {
+        {noInset, {}, full, Phase::hidden, {}},
+        {noRightArea, {}, full, Phase::hidden, {}},
         {plain, {}, full, Phase::hidden, {}},
         {plain, {}, full, Phase::peek, {44, 34, 5, 17}},
         {plain, {}, full, Phase::expanded, {388, 164, 14, 28}},

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "focus/FocusWords.h"
+#include "storage/Files.h"
 #include "support/FakeDesktop.h"
 #include "support/ReminderServices.h"
 
@@ -84,16 +85,13 @@ protected:
     std::string state() const {
         const auto& session = *timer.session();
         if (!session) return "none";
-        const auto& [plan, phase, round, endsAt, paused, startedAt, duration, isExtension] =
-            *session;
-        if (phase == FocusSession::Phase::ready) return "ready " + std::to_string(round);
-        const std::string left = clockText(session->remaining(loop.now()));
-        return (paused ? "paused " : "") +
-               std::string(isExtension                               ? "more "
-                           : phase == FocusSession::Phase::focus     ? "focus "
-                           : phase == FocusSession::Phase::longBreak ? "long "
-                                                                     : "break ") +
-               std::to_string(round) + " " + left;
+        const char* const phases[] = {"focus ", "break ", "long ", "ready "};
+        const auto phase = static_cast<std::size_t>(session->phase);
+        std::string text = session->isExtension ? "more " : phases[phase];
+        text += std::to_string(session->round);
+        if (session->phase == FocusSession::Phase::ready) return text;
+        return (session->pausedRemaining ? "paused " : "") + text + " " +
+               clockText(session->remaining(loop.now()));
     }
     // "10:00-10:25 25/25 finished", with seconds where they are no whole minutes.
     std::string text(const FocusBlock& block) const {
@@ -310,51 +308,17 @@ TEST_F(FocusTimerTest, BlocksLeftRunningEndAtTheLatestTheyCan) {
     EXPECT_EQ(blocks(), before);
 }
 
-// A store on a disk that can be full.
-struct FullStore : Store {
-    explicit FullStore(Store& store) : real(store) {}
-    Result<void> save(const std::function<void(Writer&)>& changes) override {
-        if (!isFull) return real.save(changes);
-        // Rolled back, so that the identifiers that were given mean nothing.
-        try {
-            static_cast<void>(real.save([&](Writer& writer) {
-                changes(writer);
-                throw std::runtime_error("full");
-            }));
-        } catch (const std::runtime_error&) {
-        }
-        return Error{"full"};
-    }
-    Result<void> record(std::span<const ReminderEvent> events) override {
-        return real.record(events);
-    }
-    Result<void> flush() override { return real.flush(); }
-    const std::vector<Reminder>& reminders() const override { return real.reminders(); }
-    const Reminder* find(ReminderId id) const override { return real.find(id); }
-    std::vector<ReminderEvent> events() const override { return real.events(); }
-    std::vector<ReminderEvent> eventsDue(Instant from, Instant to) const override {
-        return real.eventsDue(from, to);
-    }
-    std::vector<ReminderEvent> eventsWithoutTitle() const override { return {}; }
-    std::vector<FocusBlock> focusBlocks() const override { return real.focusBlocks(); }
-    std::vector<FocusBlock> focusBlocksWithoutEnd() const override { return {}; }
-
-    Store& real;
-    bool isFull = true;
-};
-
 TEST_F(FocusTimerTest, BlocksThatCouldNotBeSavedGoAlongLater) {
-    FullStore full(*store);
-    FocusTimer onFullDisk(settings, full, loop, scheduler, sounds,
-                          [] { return Presence::present; });
-    onFullDisk.start();
-    loop.advance(30min);
-    onFullDisk.skip();
-    loop.advance(10min);
-    onFullDisk.stop();
+    {
+        const FullDisk full(0);
+        timer.start();
+        loop.advance(30min);
+        timer.skip();
+        loop.advance(10min);
+        timer.stop();
+    }
     EXPECT_EQ(blocks(), "");
-    full.isFull = false;
-    onFullDisk.appWillTerminate();
+    timer.appWillTerminate();
     EXPECT_EQ(blocks(), "10:00-10:25 25/25 finished, 10:30-10:40 10/25");
 }
 

@@ -30,29 +30,23 @@ TEST(ReminderTest, SteppingAwayCountsByTheChoiceElseTheSuggestionElseTheBreak) {
     }
 }
 
-TEST(ReminderTest, UntouchedTextsGiveWayToStandIns) {
-    const char* details[][2] = {
-        {"", "Time for a quick break."},
-        {"Description...", "Time for a quick break."},
-        {"Description", "Description"},
-    };
+TEST(ReminderTest, UntouchedTextsGiveWayAlsoInCopiesAndRecords) {
     Reminder reminder;
-    EXPECT_EQ(reminder.displayTitle(), "Reminder");
-    for (const auto& [text, expected] : details) {
+    reminder.id = {7};
+    reminder.setKind(ReminderKind::private_);
+    for (const auto& [text, expected] : {std::pair("", "Time for a quick break."),
+                                         {"Description...", "Time for a quick break."},
+                                         {"Description", "Description"}}) {
         reminder.details = text;
         EXPECT_EQ(reminder.displayDetails(), expected);
     }
-}
-
-TEST(ReminderTest, CopyHasTheSameContentButItsOwnIdentity) {
-    Reminder original;
-    original.id = {7};
-    original.title = "Stretch";
+    EXPECT_EQ(reminder.displayTitle(), "Reminder");
+    EXPECT_EQ(ReminderEvent(reminder, {}, Outcome::done, {}).reminderTitle, "Reminder");
     const Instant now(std::chrono::hours(500'000));
-    Reminder expected = original;
-    expected.id = {};
-    expected.createdAt = now;
-    EXPECT_EQ(original.duplicated(now), expected);
+    Reminder copy = reminder;
+    copy.id = {};
+    copy.createdAt = now;
+    EXPECT_EQ(reminder.duplicated(now), copy);
 }
 
 TEST(ReminderTest, UnknownStoredTextsAndNumbersFallBack) {
@@ -66,15 +60,6 @@ TEST(ReminderTest, UnknownStoredTextsAndNumbersFallBack) {
     EXPECT_EQ(keptReason(4), std::nullopt);
     EXPECT_EQ(keptReason(-1), std::nullopt);
     EXPECT_EQ(autoHideTime(*alertAutoHide(0)), std::nullopt);
-}
-
-TEST(ReminderEventTest, KeepsWhatItsReminderWasCalled) {
-    Reminder reminder;
-    reminder.setKind(ReminderKind::private_);
-    EXPECT_EQ(ReminderEvent(reminder, {}, Outcome::done, {}).reminderTitle, "Reminder");
-    reminder.title = "Water";
-    const ReminderEvent named(reminder, {}, Outcome::breakTaken, {});
-    EXPECT_EQ(named.reminderTitle + named.kindRaw + named.outcomeRaw, "WaterprivatebreakTaken");
 }
 
 }  // namespace

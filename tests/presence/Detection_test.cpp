@@ -50,47 +50,42 @@ TEST(MicrophonePolicy, TellsWhoseRecordingIsACall) {
 
 TEST(CallMonitor, LeavesOutOurselvesAndWhatCannotBeRead) {
     SimulatedEventLoop loop(Instant{});
-    test::FakeFacts one(loop);
-    test::FakeFacts two(loop);
+    test::FakeFacts one(loop), two(loop);
     const CallMonitor calls({&one.microphone, &two.microphone}, {&one.camera, &two.camera},
                             MicrophonePolicy::forLinux(), test::FakeFacts::ownPid);
-    const auto own = MicrophoneUser{.pid = test::FakeFacts::ownPid};
-    const auto meter = MicrophoneUser{.pid = 8, .metersLevel = true};
-    const auto other = MicrophoneUser{.pid = 7};
-    using Users = std::optional<std::vector<MicrophoneUser>>;
-    const auto who = [](std::vector<MicrophoneUser> list) { return Users(std::move(list)); };
-    const struct {
-        Users first, second;
-        std::optional<bool> inUse;
-    } users[] = {
-        {who({}), who({}), false},
-        {who({own}), std::nullopt, false},
-        {who({own, meter, other}), std::nullopt, true},
-        {who({meter}), who({other}), true},
-        {std::nullopt, who({}), false},
-        {std::nullopt, std::nullopt, std::nullopt},
+    // Of each source: o is us, m a meter, u a user; - tells nothing.
+    const auto users = [](std::string_view letters) {
+        std::optional<std::vector<MicrophoneUser>> all(std::in_place);
+        for (const char c : letters)
+            all->push_back(
+                {.pid = c == 'o' ? test::FakeFacts::ownPid : 7, .metersLevel = c == 'm'});
+        return letters == "-" ? std::nullopt : all;
     };
-    for (std::size_t i = 0; i < std::size(users); ++i) {
-        one.microphone.found = users[i].first;
-        two.microphone.found = users[i].second;
-        EXPECT_EQ(calls.isMicrophoneInUse(), users[i].inUse) << "microphones " << i;
+    for (const auto& [first, second, inUse] : {std::tuple("", "", std::optional(false)),
+                                               {"o", "-", false},
+                                               {"omu", "-", true},
+                                               {"m", "u", true},
+                                               {"-", "", false},
+                                               {"-", "-", std::nullopt}}) {
+        one.microphone.found = users(first);
+        two.microphone.found = users(second);
+        EXPECT_EQ(calls.isMicrophoneInUse(), inUse) << first << ", " << second;
     }
-    using Devices = std::optional<std::vector<std::optional<bool>>>;
-    const auto run = [](std::vector<std::optional<bool>> list) { return Devices(std::move(list)); };
-    const struct {
-        Devices first, second;
-        std::optional<bool> inUse;
-    } devices[] = {
-        {run({}), run({}), false},
-        {run({false, std::nullopt}), std::nullopt, false},
-        {run({std::nullopt, true}), std::nullopt, true},
-        {run({false}), run({true}), true},
-        {std::nullopt, std::nullopt, std::nullopt},
+    // Cameras: n is off, y runs, ? cannot be read.
+    const auto cameras = [](std::string_view letters) {
+        std::optional<std::vector<std::optional<bool>>> all(std::in_place);
+        for (const char c : letters)
+            all->push_back(c == '?' ? std::nullopt : std::optional(c == 'y'));
+        return letters == "-" ? std::nullopt : all;
     };
-    for (std::size_t i = 0; i < std::size(devices); ++i) {
-        one.camera.found = devices[i].first;
-        two.camera.found = devices[i].second;
-        EXPECT_EQ(calls.isCameraInUse(), devices[i].inUse) << "cameras " << i;
+    for (const auto& [first, second, inUse] : {std::tuple("", "", std::optional(false)),
+                                               {"n?", "-", false},
+                                               {"?y", "-", true},
+                                               {"n", "y", true},
+                                               {"-", "-", std::nullopt}}) {
+        one.camera.found = cameras(first);
+        two.camera.found = cameras(second);
+        EXPECT_EQ(calls.isCameraInUse(), inUse) << first << ", " << second;
     }
 }
 
@@ -126,8 +121,7 @@ TEST(DisplayWakeRequests, CountsWhoWatchesTheDisplay) {
             << i;
 
     SimulatedEventLoop loop(Instant{});
-    test::FakeFacts one(loop);
-    test::FakeFacts two(loop);
+    test::FakeFacts one(loop), two(loop);
     const DisplayWakeRequests all({&one.wakeRequests, &two.wakeRequests}, linux_, own);
     one.setFilm(true);
     two.wakeRequests.found.reset();

@@ -28,9 +28,22 @@ protected:
 
     static std::string name(Presence presence) { return ::testing::PrintToString(presence); }
     std::string takeLog() { return std::exchange(log_, {}); }
-    void set(bool countsAway, bool holds) {
+    // Facts: locked, microphone, camera, film, full screen, and u for those not known.
+    void set(bool countsAway, bool holds, double idle, std::string_view facts) {
+        const auto has = [&](char fact) { return facts.find(fact) != facts.npos; };
         settings_.countsAwayAsBreak.set(countsAway);
         settings_.holdsAlertsWhenBusy.set(holds);
+        facts_.setIdle(idle);
+        facts_.setLocked(has('l'));
+        facts_.setMicrophone(has('m'));
+        facts_.setCamera(has('c'));
+        facts_.setFilm(has('f'));
+        facts_.setFullScreen(has('s'));
+        if (!has('u')) return;
+        facts_.microphone.found.reset();
+        facts_.camera.found.reset();
+        facts_.wakeRequests.found.reset();
+        facts_.windows.found.reset();
     }
     // Seconds until it looks again; nothing when it does not.
     std::optional<double> untilCheck() const {
@@ -47,62 +60,39 @@ protected:
     std::string log_;
 };
 
-// With the default threshold of 300 seconds.
-struct Situation {
-    const char* what;
-    bool countsAway, holds;
-    double idle;
-    const char* facts;  // locked, microphone, camera, film, full screen, and u for those not known
-    Presence found;
-    const char* asked;
-};
-
 TEST_F(UserPresenceTest, EvaluatesInItsOrderAndAsksNoMoreThanItNeeds) {
-    const Situation situations[] = {
-        {"free", true, true, 0, "", present, "idle microphone camera requests "},
-        {"below the threshold", true, true, 299.5, "", present, "idle microphone camera requests "},
-        {"at the threshold", true, true, 300, "", away, "idle microphone camera requests "},
-        {"idle, but that does not count", false, true, 9000, "", present,
-         "idle microphone camera requests "},
-        {"nothing is wanted", false, false, 9000, "mcfs", present, "idle "},
-        {"busy does not count", true, false, 10, "mcfs", present, "idle "},
-        {"locked", true, true, 0, "lm", away, "idle "},
-        {"locked, whatever is wanted", false, false, 0, "l", away, "idle "},
-        {"microphone", true, true, 0, "mfs", busyCall, "idle microphone "},
-        {"camera", true, true, 0, "c", busyCall, "idle microphone camera "},
-        {"a call and idle", true, true, 3600, "m", busyCall, "idle microphone "},
-        {"a call and idle, not held", true, false, 3600, "c", present, "idle microphone camera "},
-        {"a call without away", false, true, 3600, "c", busyCall, "idle microphone camera "},
-        {"film, idle", true, true, 3600, "f", present, "idle microphone camera requests windows "},
-        {"film in full screen, idle", true, true, 3600, "fs", busyPresentation,
-         "idle microphone camera requests windows "},
-        {"film in full screen, idle, not held", true, false, 3600, "fs", present,
-         "idle microphone camera requests "},
-        {"presentation", true, true, 10, "fs", busyPresentation,
-         "idle microphone camera requests windows "},
-        {"presentation without away", false, true, 9000, "fs", busyPresentation,
-         "idle microphone camera requests windows "},
-        {"full screen alone", true, true, 10, "s", present, "idle microphone camera requests "},
-        {"unknown, idle", true, true, 300, "u", away, "idle microphone camera requests "},
-        {"unknown, not idle", true, true, 10, "u", present, "idle microphone camera requests "},
+    // With the default threshold of 300 seconds.
+    const struct {
+        const char* what;
+        bool countsAway, holds;
+        double idle;
+        const char* facts;
+        Presence found;
+        const char* asked;
+    } situations[] = {
+        {"free", true, true, 0, "", present, "imcr"},
+        {"below the threshold", true, true, 299.5, "", present, "imcr"},
+        {"at the threshold", true, true, 300, "", away, "imcr"},
+        {"idle, but that does not count", false, true, 9000, "", present, "imcr"},
+        {"nothing is wanted", false, false, 9000, "mcfs", present, "i"},
+        {"busy does not count", true, false, 10, "mcfs", present, "i"},
+        {"locked", true, true, 0, "lm", away, "i"},
+        {"locked, whatever is wanted", false, false, 0, "l", away, "i"},
+        {"microphone", true, true, 0, "mfs", busyCall, "im"},
+        {"camera", true, true, 0, "c", busyCall, "imc"},
+        {"a call and idle", true, true, 3600, "m", busyCall, "im"},
+        {"a call and idle, not held", true, false, 3600, "c", present, "imc"},
+        {"film, idle", true, true, 3600, "f", present, "imcrw"},
+        {"film in full screen, idle", true, true, 3600, "fs", busyPresentation, "imcrw"},
+        {"film in full screen, idle, not held", true, false, 3600, "fs", present, "imcr"},
+        {"presentation", true, true, 10, "fs", busyPresentation, "imcrw"},
+        {"full screen alone", true, true, 10, "s", present, "imcr"},
+        {"unknown, idle", true, true, 300, "u", away, "imcr"},
+        {"unknown, not idle", true, true, 10, "u", present, "imcr"},
     };
-    for (const Situation& each : situations) {
+    for (const auto& each : situations) {
         SCOPED_TRACE(each.what);
-        const std::string_view facts = each.facts;
-        const auto has = [&](char fact) { return facts.find(fact) != facts.npos; };
-        set(each.countsAway, each.holds);
-        facts_.setLocked(has('l'));
-        facts_.setMicrophone(has('m'));
-        facts_.setCamera(has('c'));
-        facts_.setFilm(has('f'));
-        facts_.setFullScreen(has('s'));
-        if (has('u')) {
-            facts_.microphone.found.reset();
-            facts_.camera.found.reset();
-            facts_.wakeRequests.found.reset();
-            facts_.windows.found.reset();
-        }
-        facts_.setIdle(each.idle);
+        set(each.countsAway, each.holds, each.idle, each.facts);
         facts_.asked.clear();
         EXPECT_EQ(presence_.refresh(), each.found);
         EXPECT_EQ(*presence_.state(), each.found);
@@ -115,7 +105,7 @@ TEST_F(UserPresenceTest, SchedulesItsNextLook) {
         const char* what;
         bool countsAway, holds, watches;
         double idle;
-        const char* facts;  // as above
+        const char* facts;
         std::optional<double> next;
     } cases[] = {
         {"just typed", true, true, false, 0, "", 301},
@@ -136,14 +126,7 @@ TEST_F(UserPresenceTest, SchedulesItsNextLook) {
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.what);
-        const std::string_view facts = each.facts;
-        const auto has = [&](char fact) { return facts.find(fact) != facts.npos; };
-        set(each.countsAway, each.holds);
-        facts_.setIdle(each.idle);
-        facts_.setLocked(has('l'));
-        facts_.setMicrophone(has('m'));
-        facts_.setFilm(has('f'));
-        facts_.setFullScreen(has('s'));
+        set(each.countsAway, each.holds, each.idle, each.facts);
         loop_.advance(1s);  // the announcement about windows
         facts_.setIdle(each.idle);
         presence_.setWatchesForBusy(!each.watches);
@@ -159,7 +142,7 @@ TEST_F(UserPresenceTest, LooksJustAfterTheThresholdAndThenOnlyForInput) {
     EXPECT_EQ(takeLog(), "away ");
     facts_.asked.clear();
     loop_.advance(5s);
-    EXPECT_EQ(facts_.asked, "idle idle ");
+    EXPECT_EQ(facts_.asked, "ii");
     facts_.setIdle(0.5);
     loop_.advance(2s);
     EXPECT_EQ(takeLog(), "present ");

@@ -7,15 +7,18 @@ namespace tendel::test {
 // place.
 class RealTimeGuard {
 public:
-    RealTimeGuard();
-    ~RealTimeGuard();
+    RealTimeGuard() { ++guards; }
+    ~RealTimeGuard() { --guards; }
     RealTimeGuard(const RealTimeGuard&) = delete;
     RealTimeGuard& operator=(const RealTimeGuard&) = delete;
 
     // Of this thread, while there were guards.
-    static int allocations();
-    static int locks();
-    static bool isAbleToCount();
+    static int allocations() { return allocated; }
+    static int locks() { return locked; }
+    static const bool isAbleToCount;
+
+    // Plain values, for hooks that run before and after everything else.
+    static inline constinit thread_local int guards = 0, allocated = 0, locked = 0;
 };
 
 }  // namespace tendel::test

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
-#include <cstddef>
 #include <numbers>
 #include <span>
 #include <vector>
@@ -24,11 +23,9 @@ struct Stereo {
 inline Stereo rendered(SoundSource& source, double seconds, double sampleRate,
                        std::size_t piece = 1024) {
     Stereo sound(static_cast<std::size_t>(seconds * sampleRate));
-    for (std::size_t done = 0; done < sound.left.size();) {
-        const std::size_t length = std::min(piece, sound.left.size() - done);
-        source.render(sound.left.data() + done, sound.right.data() + done, length);
-        done += length;
-    }
+    for (std::size_t done = 0; done < sound.left.size(); done += piece)
+        source.render(sound.left.data() + done, sound.right.data() + done,
+                      std::min(piece, sound.left.size() - done));
     return sound;
 }
 
@@ -56,6 +53,11 @@ inline double correlation(std::span<const float> a, std::span<const float> b) {
 // In place; the size is a power of two. Cooley and Tukey's, decimated in time.
 inline void fourierTransform(std::vector<std::complex<double>>& x) {
     const std::size_t size = x.size();
+    // As `a * b`, which would look for infinities most of the time.
+    const auto product = [](std::complex<double> a, std::complex<double> b) {
+        return std::complex(a.real() * b.real() - a.imag() * b.imag(),
+                            a.real() * b.imag() + a.imag() * b.real());
+    };
     for (std::size_t i = 1, reversed = 0; i < size; ++i) {
         std::size_t bit = size / 2;
         for (; reversed & bit; bit /= 2)
@@ -67,140 +69,77 @@ inline void fourierTransform(std::vector<std::complex<double>>& x) {
         const auto turn = std::polar(1.0, -2 * std::numbers::pi / static_cast<double>(length));
         for (std::size_t start = 0; start < size; start += length) {
             std::complex<double> factor = 1;
-            for (std::size_t i = start; i < start + length / 2; ++i, factor *= turn) {
-                const auto odd = factor * x[i + length / 2];
+            for (std::size_t i = start; i < start + length / 2; ++i) {
+                const auto odd = product(factor, x[i + length / 2]);
                 x[i + length / 2] = x[i] - odd;
                 x[i] += odd;
+                factor = product(factor, turn);
             }
         }
     }
 }
 
-// Power per bin, averaged over half-overlapping Hann windows (Welch's method).
-inline std::vector<double> powerSpectrum(std::span<const float> samples, std::size_t size) {
-    std::vector<double> power(size / 2);
-    std::vector<std::complex<double>> window(size);
-    for (std::size_t start = 0; start + size <= samples.size(); start += size / 2) {
-        for (std::size_t i = 0; i < size; ++i)
-            window[i] = samples[start + i] *
-                        (0.5 - 0.5 * std::cos(2 * std::numbers::pi * static_cast<double>(i) /
-                                              static_cast<double>(size)));
+constexpr std::size_t spectrumSize = 16384;
+
+// The mean square of both channels together, bin by bin, in Hann windows (Bartlett's method).
+inline std::vector<double> powerSpectrum(const Stereo& sound) {
+    constexpr auto size = static_cast<double>(spectrumSize);
+    const std::size_t windows = sound.left.size() / spectrumSize;
+    std::vector<double> power(spectrumSize / 2);
+    // Two real signals as one complex one: together, its two halves have the power of both.
+    std::vector<std::complex<double>> window(spectrumSize);
+    for (std::size_t start = 0; start < windows * spectrumSize; start += spectrumSize) {
+        for (std::size_t i = 0; i < spectrumSize; ++i)
+            window[i] = std::complex<double>(sound.left[start + i], sound.right[start + i]) *
+                        (1 - std::cos(2 * std::numbers::pi * static_cast<double>(i) / size));
         fourierTransform(window);
-        for (std::size_t i = 0; i < power.size(); ++i)
-            power[i] += std::norm(window[i]);
+        for (std::size_t i = 1; i < power.size(); ++i)
+            power[i] += (std::norm(window[i]) + std::norm(window[spectrumSize - i])) /
+                        (1.5 * size * size * static_cast<double>(windows));
     }
     return power;
 }
 
-// The straight line through the density of third-octave bands.
-struct SpectralLine {
-    double slope = 0;      // dB an octave
-    double departure = 0;  // dB by which a band lies off the line, at most
-};
-
-inline SpectralLine spectralLine(std::span<const float> samples, double sampleRate, double from,
-                                 double to) {
-    constexpr std::size_t size = 16384;
-    const std::vector<double> power = powerSpectrum(samples, size);
-    const double perHertz = size / sampleRate;
+// How far the densities of the third-octave bands lie off a straight line of so many dB an octave,
+// at most, when it is laid through the middle of them.
+inline double departure(const Stereo& sound, double sampleRate, double from, double to,
+                        double slope) {
+    const std::vector<double> power = powerSpectrum(sound);
+    const auto bin = [&](double hertz) {
+        return static_cast<std::size_t>(std::ceil(hertz * spectrumSize / sampleRate));
+    };
     const double third = std::cbrt(2.0);
-    std::vector<double> octaves, levels;
+    std::vector<double> levels;
     for (double low = from; low * third <= to * 1.001; low *= third) {
-        const auto first = static_cast<std::size_t>(std::ceil(low * perHertz));
-        const auto last = static_cast<std::size_t>(std::ceil(low * third * perHertz));
         double sum = 0;
-        for (std::size_t i = first; i < last; ++i)
-            sum += power[i];
-        octaves.push_back(std::log2(low));
-        levels.push_back(10 * std::log10(sum / static_cast<double>(last - first)));
+        for (std::size_t i = bin(low); i < bin(low * third); ++i)
+            sum += power[i] / static_cast<double>(bin(low * third) - bin(low));
+        levels.push_back(10 * std::log10(sum) - slope * std::log2(low / from));
     }
-    const auto count = static_cast<double>(octaves.size());
-    double x = 0, y = 0, xx = 0, xy = 0;
-    for (std::size_t i = 0; i < octaves.size(); ++i) {
-        x += octaves[i] / count;
-        y += levels[i] / count;
-        xx += octaves[i] * octaves[i] / count;
-        xy += octaves[i] * levels[i] / count;
-    }
-    SpectralLine line{.slope = (xy - x * y) / (xx - x * x)};
-    for (std::size_t i = 0; i < octaves.size(); ++i)
-        line.departure =
-            std::max(line.departure, std::abs(levels[i] - y - line.slope * (octaves[i] - x)));
-    return line;
+    const auto [least, most] = std::ranges::minmax(levels);
+    return (most - least) / 2;
 }
 
-// The second-order sections of the K-weighting (ITU-R BS.1770), the analogue filters behind the
-// recommendation's 48 kHz coefficients transformed to any sample rate.
-class KWeighting {
-public:
-    explicit KWeighting(double sampleRate) {
-        // The shelf: 4 dB above some 1.7 kHz, for the head.
-        const double high = std::pow(10, 3.999843853973347 / 20);
-        const double middle = std::pow(high, 0.4996667741545416);
-        shelf_ = section(1681.974450955533, 0.7071752369554196, sampleRate, 1, middle, high);
-        highPass_ = section(38.13547087602444, 0.5003270373238773, sampleRate, 0, 0, 1);
-        // The recommendation leaves the high-pass with a numerator of 1, −2, 1.
-        const double gain = 1 / highPass_.b[0];
-        for (double& b : highPass_.b)
-            b *= gain;
-    }
-    double next(double x) { return highPass_.next(shelf_.next(x)); }
+// The K-weighting of ITU-R BS.1770 as a gain of the power at a frequency: a shelf of 4 dB above
+// some 1.7 kHz, for the head, and a high-pass at 38 Hz, by the analogue filters behind its
+// coefficients.
+inline double kWeighting(double hertz) {
+    constexpr std::complex<double> i(0, 1);
+    const double high = std::pow(10, 3.999843853973347 / 20);
+    const auto s = i * hertz / 1681.974450955533, t = i * hertz / 38.13547087602444;
+    const auto shelf =
+        (1.0 + std::pow(high, 0.4996667741545416) * s / 0.7071752369554196 + high * s * s) /
+        (1.0 + s / 0.7071752369554196 + s * s);
+    return std::norm(shelf * t * t / (1.0 + t / 0.5003270373238773 + t * t));
+}
 
-private:
-    struct Section {
-        double b[3] = {}, a[2] = {}, s[2] = {};
-
-        double next(double x) {
-            const double y = b[0] * x + s[0];
-            s[0] = b[1] * x - a[0] * y + s[1];
-            s[1] = b[2] * x - a[1] * y;
-            return y;
-        }
-    };
-
-    // (low + middle·s/Q + high·s²) ÷ (1 + s/Q + s²), by the bilinear transform.
-    static Section section(double hertz, double q, double sampleRate, double low, double middle,
-                           double high) {
-        const double k = std::tan(std::numbers::pi * hertz / sampleRate);
-        const double scale = 1 / (1 + k / q + k * k);
-        Section made;
-        made.b[0] = (high + middle * k / q + low * k * k) * scale;
-        made.b[1] = 2 * (low * k * k - high) * scale;
-        made.b[2] = (high - middle * k / q + low * k * k) * scale;
-        made.a[0] = 2 * (k * k - 1) * scale;
-        made.a[1] = (1 - k / q + k * k) * scale;
-        return made;
-    }
-
-    Section shelf_, highPass_;
-};
-
-// Integrated loudness (ITU-R BS.1770-4), LUFS: 400 ms blocks every 100 ms, gated at −70 LUFS and
-// then at 10 LU under the mean of the rest.
+// Loudness (ITU-R BS.1770), LUFS, without the gates: these sounds never pause.
 inline double loudness(const Stereo& sound, double sampleRate) {
-    KWeighting left(sampleRate), right(sampleRate);
-    const auto hop = static_cast<std::size_t>(sampleRate / 10);
-    std::vector<double> hops;
-    for (std::size_t start = 0; start + hop <= sound.left.size(); start += hop) {
-        double sum = 0;
-        for (std::size_t i = start; i < start + hop; ++i) {
-            const double l = left.next(sound.left[i]), r = right.next(sound.right[i]);
-            sum += l * l + r * r;
-        }
-        hops.push_back(sum / static_cast<double>(hop));
-    }
-    std::vector<double> blocks;
-    for (std::size_t i = 0; i + 4 <= hops.size(); ++i)
-        blocks.push_back((hops[i] + hops[i + 1] + hops[i + 2] + hops[i + 3]) / 4);
-    const auto gatedMean = [&](double gate) {
-        double sum = 0, count = 0;
-        for (const double block : blocks)
-            if (block > gate) sum += block, ++count;
-        return count > 0 ? sum / count : 0;
-    };
-    const auto lufs = [](double power) { return -0.691 + 10 * std::log10(std::max(power, 1e-30)); };
-    const double absolute = std::pow(10, (-70 + 0.691) / 10);
-    return lufs(gatedMean(std::max(absolute, gatedMean(absolute) / 10)));
+    const std::vector<double> power = powerSpectrum(sound);
+    double sum = 0;
+    for (std::size_t i = 1; i < power.size(); ++i)
+        sum += power[i] * kWeighting(static_cast<double>(i) * sampleRate / spectrumSize);
+    return -0.691 + 10 * std::log10(sum);
 }
 
 }  // namespace tendel::measures

@@ -8,12 +8,13 @@
 
 namespace tendel::test {
 
-// What a test lets the system tell of the user; what it is asked for is written down in `asked`.
+// What a test lets the system tell of the user; what it is asked for is written down in `asked`:
+// idle time, microphone, camera, requests to stay awake, windows.
 struct FakeFacts {
     struct Idle : IdleSource {
         explicit Idle(FakeFacts& owner) : facts(owner) {}
         std::optional<double> idleSeconds() override {
-            facts.asked += "idle ";
+            facts.asked += 'i';
             if (!isKnown) return std::nullopt;
             return toSeconds(facts.loop.monotonicNow() - facts.lastInput);
         }
@@ -38,34 +39,34 @@ struct FakeFacts {
     struct Microphone : MicrophoneSource {
         explicit Microphone(FakeFacts& owner) : facts(owner) {}
         std::optional<std::vector<MicrophoneUser>> users() const override {
-            facts.asked += "microphone ";
+            facts.asked += 'm';
             return found;
         }
         FakeFacts& facts;
-        std::optional<std::vector<MicrophoneUser>> found = std::vector<MicrophoneUser>();
+        std::optional<std::vector<MicrophoneUser>> found{std::in_place};
     };
     struct Camera : CameraSource {
         explicit Camera(FakeFacts& owner) : facts(owner) {}
         std::optional<std::vector<std::optional<bool>>> running() const override {
-            facts.asked += "camera ";
+            facts.asked += 'c';
             return found;
         }
         FakeFacts& facts;
-        std::optional<std::vector<std::optional<bool>>> found = std::vector<std::optional<bool>>();
+        std::optional<std::vector<std::optional<bool>>> found{std::in_place};
     };
     struct WakeRequests : WakeRequestSource {
         explicit WakeRequests(FakeFacts& owner) : facts(owner) {}
         std::optional<std::vector<WakeRequest>> requests() override {
-            facts.asked += "requests ";
+            facts.asked += 'r';
             return found;
         }
         FakeFacts& facts;
-        std::optional<std::vector<WakeRequest>> found = std::vector<WakeRequest>();
+        std::optional<std::vector<WakeRequest>> found{std::in_place};
     };
     struct Windows : WindowSource {
         explicit Windows(FakeFacts& owner) : facts(owner) {}
         std::optional<DesktopWindows> windows() override {
-            facts.asked += "windows ";
+            facts.asked += 'w';
             return found;
         }
         FakeFacts& facts;

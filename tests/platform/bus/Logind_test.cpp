@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <QDBusConnection>
 #include <QDBusReply>
 #include <QDBusUnixFileDescriptor>
@@ -7,7 +5,6 @@
 #include <unistd.h>
 
 #include "PrivateBus.h"
-#include "platform/linux/LinuxEventLoop.h"
 #include "platform/linux/bus/BusSources.h"
 
 namespace tendel {
@@ -20,7 +17,7 @@ constexpr auto sessionInterface = "org.freedesktop.login1.Session";
 constexpr auto mockInterface = "org.freedesktop.DBus.Mock";
 
 // With a stand-in for the login service on a system bus of its own.
-class LogindTest : public testing::Test {
+class LogindTest : public BusTest {
 protected:
     LogindTest() {
         startLogind();
@@ -34,78 +31,74 @@ protected:
         logind_.setProcessEnvironment(environment);
         // The distribution's own interpreter has the module.
         logind_.start("/usr/bin/python3", {"-m", "dbusmock", "--system", "--template", "logind"});
-        ASSERT_TRUE(test::runUntil([&] { return isRunning(); }, 30000));
+        const auto isRunning = [&] {
+            return mock(manager, "GetCalls", {}).type() == QDBusMessage::ReplyMessage;
+        };
+        ASSERT_TRUE(test::runUntil(isRunning, 30000));
     }
-    bool isRunning() { return mock(manager, "GetCalls", {}).type() == QDBusMessage::ReplyMessage; }
-
-    QDBusMessage call(const QString& service, const QString& path, const QString& interfaceName,
-                      const QString& method, const QVariantList& arguments = {}) {
-        auto message = QDBusMessage::createMethodCall(service, path, interfaceName, method);
+    QDBusMessage call(const QString& path, const QString& interfaceName, const QString& method,
+                      const QVariantList& arguments = {}) {
+        auto message = QDBusMessage::createMethodCall(name, path, interfaceName, method);
         message.setArguments(arguments);
         message.setAutoStartService(false);
         return test_.call(message);
     }
     QDBusMessage mock(const QString& path, const QString& method, const QVariantList& arguments) {
-        return call(name, path, mockInterface, method, arguments);
+        return call(path, mockInterface, method, arguments);
     }
     void addSession(const QString& id) {
         mock(manager, "AddSession", {id, "seat0", static_cast<uint>(::getuid()), "user", true});
     }
     static QString session(const QString& id) { return QString("%1/session/%2").arg(manager, id); }
     void setLocked(const QString& id, bool isLocked) {
-        call(name, session(id), sessionInterface, "SetLockedHint", {isLocked});
+        call(session(id), sessionInterface, "SetLockedHint", {isLocked});
     }
     void update(const QString& path, const QString& interfaceName, const QVariantMap& properties) {
         mock(path, "UpdateProperties", {interfaceName, properties});
     }
 
-    LinuxEventLoop loop_;
-    PrivateBus bus_;
     QDBusConnection test_ = QDBusConnection::connectToBus(bus_.address(), "test");
-    Child logind_;
+    test::Child logind_;
     BusConnection system_{loop_, BusAddress::parse(bus_.address())};
 };
 
 TEST_F(LogindTest, LockingSwitchingAndSleepAreToldUntilTheServiceDies) {
+    using enum SystemState;
     LogindActivity activity(system_, "7");
-    const auto becomes = [&](SystemState state, std::optional<bool> expected) {
-        return test::runUntil([&] { return activity.is(state) == expected; });
-    };
     const auto sleep = [&](bool begins) {
         mock(manager, "EmitSignal",
              {managerInterface, "PrepareForSleep", "b", QVariantList{begins}});
     };
-    for (const SystemState state :
-         {SystemState::locked, SystemState::sessionInactive, SystemState::screensAsleep})
-        ASSERT_TRUE(becomes(state, false));
+    const auto isEverything = [&](bool expected) {
+        return activity.is(locked) == expected && activity.is(sessionInactive) == expected &&
+               activity.is(screensAsleep) == expected;
+    };
+    ASSERT_SOON(isEverything(false));
     int changes = 0;
     const Subscription counting = activity.changed.connect([&] { ++changes; });
 
-    call(name, session("7"), sessionInterface, "Lock");  // a request, which nobody followed yet
+    call(session("7"), sessionInterface, "Lock");  // a request, which nobody followed yet
     setLocked("8", true);
     setLocked("7", true);
-    EXPECT_TRUE(becomes(SystemState::locked, true));
+    EXPECT_SOON(activity.is(locked) == true);
     setLocked("7", true);
     sleep(true);
-    EXPECT_TRUE(becomes(SystemState::screensAsleep, true));
+    EXPECT_SOON(activity.is(screensAsleep) == true);
     update(session("7"), sessionInterface, {{"Active", false}});
-    EXPECT_TRUE(becomes(SystemState::sessionInactive, true));
+    EXPECT_SOON(isEverything(true));
     EXPECT_EQ(changes, 3);
     setLocked("7", false);
     sleep(false);
     update(session("7"), sessionInterface, {{"Active", true}});
-    EXPECT_TRUE(becomes(SystemState::locked, false));
-    EXPECT_TRUE(becomes(SystemState::screensAsleep, false));
-    EXPECT_TRUE(becomes(SystemState::sessionInactive, false));
+    EXPECT_SOON(isEverything(false));
     EXPECT_EQ(changes, 6);
 
     setLocked("7", true);
-    EXPECT_TRUE(becomes(SystemState::locked, true));
+    EXPECT_SOON(activity.is(locked) == true);
     logind_.end();
-    EXPECT_TRUE(becomes(SystemState::locked, std::nullopt));
-    EXPECT_TRUE(becomes(SystemState::sessionInactive, std::nullopt));
+    EXPECT_SOON(!activity.is(locked) && !activity.is(sessionInactive));
     startLogind();
-    EXPECT_TRUE(becomes(SystemState::screensAsleep, false));
+    EXPECT_SOON(activity.is(screensAsleep) == false);
 }
 
 TEST_F(LogindTest, FindsTheSessionWithoutAnId) {
@@ -113,7 +106,7 @@ TEST_F(LogindTest, FindsTheSessionWithoutAnId) {
     const auto tells = [&](std::optional<bool> isLocked) {
         LogindActivity activity(system_, QString());
         test::runUntil([&] { return activity.is(SystemState::screensAsleep) == false; });
-        if (!isLocked) test::runUntil([] { return false; }, 100);
+        if (!isLocked) test::runFor(100);
         return test::runUntil([&] { return activity.is(SystemState::locked) == isLocked; });
     };
     const auto define = [&](const char* method, const char* code) {
@@ -134,34 +127,31 @@ ret = user)");
 TEST_F(LogindTest, InhibitorsOfIdlenessAreAskedForWhileThereAreSome) {
     const auto inhibit = [&](const char* what, const char* who, const char* mode) {
         return QDBusReply<QDBusUnixFileDescriptor>(
-            call(name, manager, managerInterface, "Inhibit", {what, who, "why", mode}));
+            call(manager, managerInterface, "Inhibit", {what, who, "why", mode}));
     };
+    const std::vector<WakeRequest> nobody, expected{{123456, "player", idleInhibitor}};
     LogindInhibitors inhibitors(system_);
-    EXPECT_TRUE(
-        test::runUntil([&] { return inhibitors.requests() == std::vector<WakeRequest>{}; }));
+    EXPECT_SOON(inhibitors.requests() == nobody);
     const auto suspending = inhibit("sleep:shutdown", "updater", "block");
     const auto delaying = inhibit("idle", "agent", "delay");
-    EXPECT_EQ(inhibitors.requests(), std::vector<WakeRequest>{});
+    EXPECT_EQ(inhibitors.requests(), nobody);
     const auto playing = inhibit("sleep:idle", "player", "block");
-    const std::vector<WakeRequest> expected{{123456, "player", idleInhibitor}};
     EXPECT_EQ(inhibitors.requests(), expected);
 
     // Where the service tells what is inhibited, nobody asks in vain.
     mock(manager, "AddProperty",
          {managerInterface, "BlockInhibited",
           QVariant::fromValue(QDBusVariant(QString("sleep:handle-lid-switch")))});
-    bool wasTold = false;
-    const Subscription telling = inhibitors.changed.connect([&] { wasTold = true; });
-    update(manager, managerInterface, {{"BlockInhibited", "sleep:shutdown"}});
-    ASSERT_TRUE(test::runUntil([&] { return wasTold; }));
-    EXPECT_EQ(inhibitors.requests(), std::vector<WakeRequest>{});
-    wasTold = false;
-    update(manager, managerInterface, {{"BlockInhibited", "sleep:shutdown:idle"}});
-    ASSERT_TRUE(test::runUntil([&] { return wasTold; }));
-    EXPECT_EQ(inhibitors.requests(), expected);
-
+    for (const auto& [inhibited, requests] :
+         {std::pair("sleep:shutdown", nobody), {"sleep:shutdown:idle", expected}}) {
+        bool wasTold = false;
+        const Subscription telling = inhibitors.changed.connect([&] { wasTold = true; });
+        update(manager, managerInterface, {{"BlockInhibited", inhibited}});
+        ASSERT_SOON(wasTold);
+        EXPECT_EQ(inhibitors.requests(), requests);
+    }
     logind_.end();
-    EXPECT_TRUE(test::runUntil([&] { return !inhibitors.requests(); }));
+    EXPECT_SOON(!inhibitors.requests());
 }
 
 }  // namespace

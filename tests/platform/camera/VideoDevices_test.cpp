@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QProcess>
-
 #include <fstream>
 
 #include "base/SimulatedEventLoop.h"
 #include "platform/linux/LinuxEventLoop.h"
 #include "support/RunningLoop.h"
+#include "support/TemporaryFolder.h"
 
 namespace tendel {
 namespace {
-
-using test::runUntil;
 
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
@@ -31,8 +27,7 @@ std::string letters(const VideoDevices& devices) {
 
 class VideoDevicesTest : public ::testing::Test {
 protected:
-    VideoDevicesTest() { fs::create_directories(folder_ / "proc"); }
-    ~VideoDevicesTest() override { fs::remove_all(folder_); }
+    VideoDevicesTest() { fs::create_directory(folder_ / "proc"); }
 
     fs::path plugIn(const std::string& name) {
         std::ofstream(folder_ / name) << "picture";
@@ -40,25 +35,21 @@ protected:
     }
     // What is told as soon as it is that, or in the end.
     static std::string told(const VideoDevices& devices, const std::string& expected) {
-        runUntil([&] { return letters(devices) == expected; });
+        test::runUntil([&] { return letters(devices) == expected; });
         return letters(devices);
     }
     // Another program with the device open, once it has.
-    static std::unique_ptr<QProcess> open(const fs::path& device) {
-        auto program = std::make_unique<QProcess>();
-        program->start("sh", {"-c", "exec <\"$0\"; echo; exec sleep 60",
-                              QString::fromStdString(device.string())});
-        EXPECT_TRUE(program->waitForReadyRead());
+    static std::unique_ptr<test::Child> open(const fs::path& device) {
+        auto program = std::make_unique<test::Child>();
+        program->start("sh", {"-c", "exec <\"$0\"; echo; exec sleep 60", device.c_str()});
+        program->firstLine();
         return program;
-    }
-    static void end(QProcess& program) {
-        program.kill();
-        program.waitForFinished();
     }
 
     test::Application application_;
     LinuxEventLoop loop_;
-    fs::path folder_ = fs::temp_directory_path() / ("tendel-video-" + std::to_string(::getpid()));
+    test::TemporaryFolder temporary_;
+    const fs::path folder_ = temporary_.path;
 };
 
 TEST_F(VideoDevicesTest, TellsWhichCameraIsOpened) {
@@ -76,10 +67,10 @@ TEST_F(VideoDevicesTest, TellsWhichCameraIsOpened) {
     const auto call = open(second);
     EXPECT_EQ(told(devices, "ny"), "ny");
     const auto other = open(second);
-    end(*call);
-    runUntil([] { return false; }, 900);
+    call->end();
+    test::runFor(900);
     EXPECT_EQ(letters(devices), "ny") << "another still has it";
-    end(*other);
+    other->end();
     EXPECT_EQ(told(devices, "nn"), "nn");
     EXPECT_EQ(changes, 2) << "only differences are told";
 
@@ -87,7 +78,7 @@ TEST_F(VideoDevicesTest, TellsWhichCameraIsOpened) {
     EXPECT_EQ(told(devices, "yn"), "yn");
     fs::remove(first);
     EXPECT_EQ(told(devices, "n"), "n") << "unplugged in use";
-    end(*last);
+    last->end();
     fs::remove_all(folder_);
     EXPECT_EQ(told(devices, "unknown"), "unknown") << "nothing to look at any more";
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <sys/socket.h>
@@ -8,17 +7,18 @@
 #include <unistd.h>
 
 #include <list>
-#include <ostream>
 
+#include "platform/linux/LinuxEventLoop.h"
 #include "support/RunningLoop.h"
 
 namespace tendel {
 
 enum class ServerKind { pulseAudio, pipeWire };
 
-inline void PrintTo(ServerKind kind, std::ostream* out) {
-    *out << (kind == ServerKind::pulseAudio ? "PulseAudio" : "PipeWire");
+inline std::string nameOf(const testing::TestParamInfo<ServerKind>& server) {
+    return server.param == ServerKind::pulseAudio ? "PulseAudio" : "PipeWire";
 }
+inline const auto everyServer = testing::Values(ServerKind::pulseAudio, ServerKind::pipeWire);
 
 // A real audio server in folders of its own, with an output "nullsink" and an input "nullsource";
 // this process's libpulse finds it. Needs a QCoreApplication.
@@ -26,14 +26,13 @@ class AudioServer {
 public:
     explicit AudioServer(ServerKind kind) : kind_(kind) {
         // The servers look for a bus, and starting one on demand would be slow.
-        qputenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + folder_.filePath("bus")).toUtf8());
+        qputenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + file("bus")).toUtf8());
         for (const char* name : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
             qputenv(name, folder_.path().toUtf8());
         for (const char* name :
              {"DISPLAY", "PULSE_SERVER", "PULSE_RUNTIME_PATH", "PIPEWIRE_REMOTE"})
             qunsetenv(name);
     }
-    ~AudioServer() { kill(); }
 
     // Returns before the server listens when it is PulseAudio, else when it has its devices.
     void start() {
@@ -46,8 +45,7 @@ public:
                  "--load=module-native-protocol-unix"});
             return;
         }
-        run("dbus-daemon",
-            {"--session", "--nofork", "--address=unix:path=" + folder_.filePath("bus")});
+        run("dbus-daemon", {"--session", "--nofork", "--address=unix:path=" + file("bus")});
         waitForSocket("bus");
         run("pipewire", {});
         waitForSocket("pipewire-0");  // the others end at once when nobody listens there
@@ -60,14 +58,7 @@ public:
         // The session manager is at work once it has chosen a source.
         test::runUntil([&] { return ask({"get-default-source"}) == "nullsource\n"; });
     }
-
-    void kill() {
-        for (auto& process : processes_) {
-            process.kill();
-            process.waitForFinished();
-        }
-        processes_.clear();
-    }
+    void kill() { processes_.clear(); }
 
     // What `pactl` prints, as soon as there is a server to answer it.
     static QByteArray ask(const QStringList& arguments) {
@@ -86,30 +77,34 @@ public:
 
 private:
     void run(const QString& program, const QStringList& arguments) {
-        QProcess& process = processes_.emplace_back();
+        test::Child& process = processes_.emplace_back();
         process.setStandardOutputFile(QProcess::nullDevice());
-        process.setStandardErrorFile(QProcess::nullDevice());
         process.start(program, arguments);
     }
 
     // Until somebody listens; a socket's file may be left of an earlier server.
     void waitForSocket(const QString& name) const {
-        const QByteArray path = file(name).toUtf8();
+        sockaddr_un address{AF_UNIX, {}};
+        file(name).toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
         test::runUntil([&] {
-            sockaddr_un address{};
-            address.sun_family = AF_UNIX;
-            path.toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
-            const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-            const bool isOpen =
-                ::connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-            ::close(descriptor);
-            return isOpen;
+            const FileDescriptor client(::socket(AF_UNIX, SOCK_STREAM, 0));
+            return ::connect(client.value(), reinterpret_cast<sockaddr*>(&address),
+                             sizeof address) == 0;
         });
     }
 
     ServerKind kind_;
     QTemporaryDir folder_;
-    std::list<QProcess> processes_;
+    std::list<test::Child> processes_;
+};
+
+// With a server that is not started yet.
+class AudioServerTest : public testing::TestWithParam<ServerKind> {
+    test::Application application_;
+
+protected:
+    AudioServer server_{GetParam()};
+    LinuxEventLoop loop_;
 };
 
 }  // namespace tendel

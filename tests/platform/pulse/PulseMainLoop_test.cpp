@@ -3,13 +3,8 @@
 #include <gtest/gtest.h>
 #include <pulse/mainloop-api.h>
 #include <pulse/rtclock.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <QCoreApplication>
 
 #include "base/SimulatedEventLoop.h"
-#include "platform/linux/FileDescriptor.h"
 
 namespace tendel {
 namespace {
@@ -91,71 +86,6 @@ TEST_F(PulseMainLoopTest, DeferredWorkRunsOnceTheCallerIsDoneAndNeverSpins) {
     EXPECT_LE(endless.runs, 100);
     api_->defer_free(spinning);
     EXPECT_EQ(loop_.nextDue(), std::nullopt);
-}
-
-TEST_F(PulseMainLoopTest, EventsMayBeFreedFromWithinTheirOwnCallbacks) {
-    int argumentCount = 0;
-    QCoreApplication application(argumentCount, nullptr);
-    int ends[2];
-    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    const FileDescriptor ours(ends[0]), theirs(ends[1]);
-    int freed = 0;
-    const timeval now = in(0s, Clock::wall);
-    auto* time = api_->time_new(
-        api_, &now,
-        [](pa_mainloop_api* api, pa_time_event* e, const timeval*, void*) { api->time_free(e); },
-        &freed);
-    api_->time_set_destroy(
-        time, [](pa_mainloop_api*, pa_time_event*, void* count) { ++*static_cast<int*>(count); });
-    auto* defer = api_->defer_new(
-        api_, [](pa_mainloop_api* api, pa_defer_event* e, void*) { api->defer_free(e); }, &freed);
-    api_->defer_set_destroy(
-        defer, [](pa_mainloop_api*, pa_defer_event*, void* count) { ++*static_cast<int*>(count); });
-    auto* io = api_->io_new(
-        api_, ours.value(), PA_IO_EVENT_OUTPUT,
-        [](pa_mainloop_api* api, pa_io_event* e, int, pa_io_event_flags_t, void*) {
-            api->io_free(e);
-        },
-        &freed);
-    api_->io_set_destroy(
-        io, [](pa_mainloop_api*, pa_io_event*, void* count) { ++*static_cast<int*>(count); });
-    loop_.advance(1s);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(freed, 3);
-    EXPECT_EQ(loop_.nextDue(), std::nullopt);
-}
-
-TEST_F(PulseMainLoopTest, DescriptorsTellWhatIsWantedOfThemAndOfTheOtherSidesEnd) {
-    int argumentCount = 0;
-    QCoreApplication application(argumentCount, nullptr);
-    int ends[2];
-    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
-    const FileDescriptor ours(ends[0]);
-    FileDescriptor theirs(ends[1]);
-    unsigned seen = 0;
-    auto* event = api_->io_new(
-        api_, ours.value(), PA_IO_EVENT_NULL,
-        [](pa_mainloop_api*, pa_io_event*, int, pa_io_event_flags_t flags, void* all) {
-            *static_cast<unsigned*>(all) |= flags;
-        },
-        &seen);
-    const auto seenWhile = [&](unsigned wanted) {
-        seen = 0;
-        api_->io_enable(event, static_cast<pa_io_event_flags_t>(wanted));
-        QCoreApplication::processEvents();
-        return seen;
-    };
-    constexpr unsigned input = PA_IO_EVENT_INPUT, output = PA_IO_EVENT_OUTPUT;
-    EXPECT_EQ(seenWhile(PA_IO_EVENT_NULL), 0u);
-    EXPECT_EQ(seenWhile(input), 0u);
-    EXPECT_EQ(seenWhile(input | output), output);
-    ASSERT_EQ(::write(theirs.value(), "x", 1), 1);
-    EXPECT_EQ(seenWhile(input | output), input | output);
-    EXPECT_EQ(seenWhile(input), input);
-    EXPECT_EQ(seenWhile(PA_IO_EVENT_NULL), 0u);
-    theirs = FileDescriptor();
-    EXPECT_EQ(seenWhile(input), input | PA_IO_EVENT_HANGUP);
-    api_->io_free(event);
 }
 
 }  // namespace

@@ -1,18 +1,16 @@
 #include "platform/linux/pulse/PulseOutput.h"
 
-#include <gtest/gtest.h>
-
-#include <QDir>
-
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "AudioServer.h"
-#include "platform/linux/LinuxEventLoop.h"
 #include "sound/SoundEngine.h"
 
 namespace tendel {
 namespace {
+
+using test::entries;
 
 constexpr std::size_t rate = PulsePlayback::sampleRate;
 constexpr float loudness = 0.5F;
@@ -41,72 +39,41 @@ public:
                                "--format=float32le", "--raw", "--latency-msec=40"});
         test::runUntil([&] { return !samples().empty(); });
     }
-    ~Recording() {
-        parec_.kill();
-        parec_.waitForFinished();
-    }
 
     // Of the left channel.
     std::vector<float> samples() const {
         QFile file(file_);
         if (!file.open(QIODevice::ReadOnly)) return {};
         const QByteArray bytes = file.readAll();
-        const auto frames = static_cast<std::size_t>(bytes.size()) / 8;
-        std::vector<float> left(frames);
-        for (std::size_t i = 0; i < frames; ++i)
-            std::memcpy(&left[i], bytes.data() + 8 * i, sizeof(float));
+        std::vector<float> left(static_cast<std::size_t>(bytes.size()) / (2 * sizeof(float)));
+        for (std::size_t i = 0; i < left.size(); ++i)
+            std::memcpy(&left[i], bytes.data() + 2 * sizeof(float) * i, sizeof(float));
         return left;
     }
     // The peak of the last 50 ms.
     float level() const {
-        const auto all = samples();
-        return peak(all, all.size() < rate / 20 ? 0 : all.size() - rate / 20);
-    }
-    static float peak(const std::vector<float>& samples, std::size_t from) {
         float found = 0;
-        for (std::size_t i = from; i < samples.size() && i < from + rate / 20; ++i)
-            found = std::max(found, std::abs(samples[i]));
+        const auto all = samples();
+        for (std::size_t i = all.size() - std::min(all.size(), rate / 20); i < all.size(); ++i)
+            found = std::max(found, std::abs(all[i]));
         return found;
     }
-    float largestStep() const {
-        const auto all = samples();
-        float found = 0;
-        for (std::size_t i = 1; i < all.size(); ++i)
-            found = std::max(found, std::abs(all[i] - all[i - 1]));
-        return found;
-    }
-    // Seconds from the first sound to full loudness.
-    double rise() const {
-        const auto all = samples();
-        const auto first = std::ranges::find_if(all, [](float x) { return std::abs(x) > 1e-4F; });
-        const auto full =
-            std::ranges::find_if(all, [](float x) { return std::abs(x) > 0.98F * loudness; });
-        return static_cast<double>(full - first) / rate;
+    bool isLoud() const {
+        return test::runUntil([&] { return level() > 0.98F * loudness; }, 4000);
     }
 
 private:
     QString file_;
-    QProcess parec_;
+    test::Child parec_;
 };
 
-class PulseOutputTest : public ::testing::TestWithParam<ServerKind> {
+class PulseOutputTest : public AudioServerTest {
 protected:
-    static std::ptrdiff_t entries(const char* folder) {
-        return QDir(folder)
-            .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-            .size();
-    }
     void startServer() {
         server_.start();
         server_.ask({"info"});
     }
-    bool isHeard(const Recording& recording) {
-        return test::runUntil([&] { return recording.level() > 0.98F * loudness; }, 4000);
-    }
 
-    test::Application application_;
-    AudioServer server_{GetParam()};
-    LinuxEventLoop loop_;
     PulseOutput output_{loop_};
     SoundEngine engine_{loop_,
                         output_,
@@ -127,29 +94,34 @@ TEST_P(PulseOutputTest, IsHeardWithoutAJumpAndLeavesNothingBehind) {
         EXPECT_EQ(recording.level(), 0);
         engine_.play({{FocusSound::pink, 1}}, 0.3);
         EXPECT_EQ(entries("/proc/self/task"), threads + 1);
-        ASSERT_TRUE(isHeard(recording));
+        ASSERT_TRUE(recording.isLoud());
         engine_.play({}, 0.3);
         ASSERT_TRUE(test::runUntil([&] { return recording.level() == 0; }, 3000));
         ASSERT_TRUE(test::runUntil([&] { return entries("/proc/self/task") == threads; }, 2000));
         EXPECT_EQ(entries("/proc/self/fd"), descriptors);
     }
-    EXPECT_LT(recording.largestStep(), slope * 1.01F);
-    EXPECT_NEAR(recording.rise(), 0.3, 0.02);
+    const auto heard = recording.samples();
+    for (std::size_t i = 1; i < heard.size(); ++i)
+        ASSERT_LT(std::abs(heard[i] - heard[i - 1]), slope * 1.01F);
+    const auto reaches = [&](float level) {
+        return std::ranges::find_if(heard, [&](float x) { return std::abs(x) > level; });
+    };
+    EXPECT_NEAR(static_cast<double>(reaches(0.98F * loudness) - reaches(1e-4F)) / rate, 0.3, 0.02);
     EXPECT_EQ(restarts_, 0);
     EXPECT_TRUE(failures_.empty());
 }
 
 TEST_P(PulseOutputTest, PlaysOnFadedInWhenTheServerComesBack) {
     engine_.play({{FocusSound::pink, 1}}, 0.1);
-    ASSERT_TRUE(test::runUntil([&] { return failures_.size() == 1; }));
+    ASSERT_SOON(failures_.size() == 1);
     for (int round = 0; round < 2; ++round) {
         startServer();
-        Recording recording(server_, "nullsink");
-        ASSERT_TRUE(isHeard(recording));
+        const Recording recording(server_, "nullsink");
+        ASSERT_TRUE(recording.isLoud());
         EXPECT_EQ(restarts_, round);
         server_.kill();
         // Half a second later it is tried in vain.
-        ASSERT_TRUE(test::runUntil([&] { return failures_.size() == 2U + round; }));
+        ASSERT_SOON(failures_.size() == 2U + round);
     }
     EXPECT_EQ(failures_.front(), "Connection refused");
 }
@@ -165,23 +137,17 @@ TEST_P(PulseOutputTest, MovesToAnotherOutputAndWaitsForOneWhenThereIsNone) {
                 !(kept.size() > 0 && module.startsWith(kept.trimmed())))
                 server_.ask({"unload-module", module.split('\t').front()});
     };
+    const auto isHeardOn = [this](const char* sink, const std::function<void()>& change) {
+        const Recording recording(server_, sink);
+        change();
+        return recording.isLoud();
+    };
     engine_.play({{FocusSound::pink, 1}}, 0.1);
-    {
-        const Recording recording(server_, "nullsink");
-        ASSERT_TRUE(isHeard(recording));
-    }
+    ASSERT_TRUE(isHeardOn("nullsink", [] {}));
     addSink("second");
-    {
-        const Recording recording(server_, "second");
-        server_.ask({"set-default-sink", "second"});
-        EXPECT_TRUE(isHeard(recording)) << "does not follow the default output";
-    }
+    EXPECT_TRUE(isHeardOn("second", [&] { server_.ask({"set-default-sink", "second"}); }));
     const auto third = addSink("third");
-    {
-        const Recording recording(server_, "third");
-        removeSinksBut(third);
-        EXPECT_TRUE(isHeard(recording)) << "does not go on when its output goes away";
-    }
+    EXPECT_TRUE(isHeardOn("third", [&] { removeSinksBut(third); }));
     EXPECT_EQ(restarts_, 0);
     EXPECT_TRUE(failures_.empty());
     if (GetParam() == ServerKind::pipeWire) return;  // has an output of its own for this case
@@ -190,18 +156,11 @@ TEST_P(PulseOutputTest, MovesToAnotherOutputAndWaitsForOneWhenThereIsNone) {
     // In vain, half a second later.
     ASSERT_TRUE(test::runUntil([&] { return failures_.size() == 1; }, 2000));
     addSink("fourth");
-    const Recording recording(server_, "fourth");
-    EXPECT_TRUE(isHeard(recording));
+    EXPECT_TRUE(isHeardOn("fourth", [] {}));
     EXPECT_EQ(restarts_, 1);
 }
 
+INSTANTIATE_TEST_SUITE_P(, PulseOutputTest, everyServer, nameOf);
+
 }  // namespace
-
-INSTANTIATE_TEST_SUITE_P(, PulseOutputTest,
-                         ::testing::Values(ServerKind::pulseAudio, ServerKind::pipeWire),
-                         [](const auto& server) {
-                             return server.param == ServerKind::pulseAudio ? "PulseAudio"
-                                                                           : "PipeWire";
-                         });
-
 }  // namespace tendel

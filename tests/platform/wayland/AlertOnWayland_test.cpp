@@ -16,23 +16,23 @@ TEST_P(AlertOnWaylandTest, LiesOverAFullScreenWindowThatKeepsTheKeyboard) {
     QString told;
     QObject::connect(&window, &QProcess::readyReadStandardOutput,
                      [&] { told += QString::fromUtf8(window.readAllStandardOutput()); });
-    ASSERT_TRUE(test::runUntil([&] { return told.contains("focused"); }));
+    ASSERT_SOON(told.contains("focused"));
     const QPoint besides(20, 300);
     const QPoint inAlert(compositor.outputWidth() / 2, 20);
-    ASSERT_TRUE(test::runUntil([&] { return compositor.pixel(inAlert) == windowColor; }));
+    ASSERT_SOON(compositor.pixel(inAlert) == windowColor);
     compositor.input("mousemove 30 310");
     compositor.input("key a");
-    ASSERT_TRUE(test::runUntil([&] { return told.contains(QStringLiteral("key %1").arg(aKey)); }));
+    ASSERT_SOON(told.contains(QStringLiteral("key %1").arg(aKey)));
 
     QProcess& alert = compositor.run(ALERT_PREVIEW, {"--phase", "expanded"});
-    ASSERT_TRUE(test::runUntil([&] { return compositor.pixel(inAlert) != windowColor; }));
+    ASSERT_SOON(compositor.pixel(inAlert) != windowColor);
     EXPECT_EQ(compositor.pixel(besides), windowColor);
     compositor.input("key b");
-    EXPECT_TRUE(test::runUntil([&] { return told.contains(QStringLiteral("key %1").arg(bKey)); }));
+    EXPECT_SOON(told.contains(QStringLiteral("key %1").arg(bKey)));
     EXPECT_FALSE(told.contains("unfocused")) << told.toStdString();
 
     alert.kill();
-    EXPECT_TRUE(test::runUntil([&] { return compositor.pixel(inAlert) == windowColor; }));
+    EXPECT_SOON(compositor.pixel(inAlert) == windowColor);
 }
 
 INSTANTIATE_TEST_SUITE_P(, AlertOnWaylandTest,

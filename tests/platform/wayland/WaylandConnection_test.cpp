@@ -24,35 +24,35 @@ TEST_F(WaylandConnectionTest, FollowsASeatThatComesAndGoes) {
     WaylandConnection connection(loop_, compositor.display());
     WaylandIdle idle(connection, loop_);
     idle.watch(90);
-    ASSERT_TRUE(test::runUntil([&] { return !connection.globals().empty(); }));
+    ASSERT_SOON(!connection.globals().empty());
     EXPECT_FALSE(idle.tellsCrossings());
 
     wl_global* seat = compositor.offerSeat();
     const auto isWatched = [&](std::uint32_t milliseconds) {
-        return compositor.idleTimeouts.size() == 1 &&
-               compositor.idleTimeouts.begin()->second == milliseconds;
+        const auto& all = compositor.idleTimeouts;
+        return all.size() == 1 && all.begin()->second == milliseconds;
     };
-    ASSERT_TRUE(test::runUntil([&] { return isWatched(90'000); }));
+    ASSERT_SOON(isWatched(90'000));
     idle.watch(120.5);
-    ASSERT_TRUE(test::runUntil([&] { return isWatched(120'500); }));
+    ASSERT_SOON(isWatched(120'500));
     compositor.tellIdle(true);
-    ASSERT_TRUE(test::runUntil([&] { return idle.idleSeconds() >= 120.5; }));
+    ASSERT_SOON(idle.idleSeconds() >= 120.5);
     idle.watch(600);
     EXPECT_EQ(idle.idleSeconds(), 0) << "another watch begins anew";
-    ASSERT_TRUE(test::runUntil([&] { return isWatched(600'000); }));
+    ASSERT_SOON(isWatched(600'000));
     compositor.tellIdle(true);
-    ASSERT_TRUE(test::runUntil([&] { return idle.idleSeconds() >= 600; }));
+    ASSERT_SOON(idle.idleSeconds() >= 600);
 
     // Whoever hears of it may begin another watch from within.
     const auto listening = idle.crossed.connect([&] { idle.watch(60); });
     compositor.tellIdle(false);
-    ASSERT_TRUE(test::runUntil([&] { return isWatched(60'000); }));
+    ASSERT_SOON(isWatched(60'000));
     EXPECT_EQ(idle.idleSeconds(), 0);
 
     compositor.tellIdle(true);
     compositor.withdraw(seat);
-    ASSERT_TRUE(test::runUntil([&] { return !idle.idleSeconds(); }));
-    EXPECT_TRUE(test::runUntil([&] { return compositor.idleTimeouts.empty(); }));
+    ASSERT_SOON(!idle.idleSeconds());
+    EXPECT_SOON(compositor.idleTimeouts.empty());
 }
 
 TEST_F(WaylandConnectionTest, TellsThatTheScreensSleepWhenEveryOutputIsOff) {
@@ -69,17 +69,17 @@ TEST_F(WaylandConnectionTest, TellsThatTheScreensSleepWhenEveryOutputIsOff) {
             const auto asleep = power.is(SystemState::screensAsleep);
             told += !asleep ? '?' : *asleep ? 'z' : '-';
         });
-        ASSERT_TRUE(test::runUntil([&] { return compositor.outputPowers.size() == 2; }));
+        ASSERT_SOON(compositor.outputPowers.size() == 2);
         compositor.tellPower(left, false);
         compositor.tellPower(right, true);
-        ASSERT_TRUE(test::runUntil([&] { return told == "-"; })) << told;
+        ASSERT_SOON(told == "-") << told;
         compositor.tellPower(right, false);
-        ASSERT_TRUE(test::runUntil([&] { return told == "-z"; })) << told;
+        ASSERT_SOON(told == "-z") << told;
         compositor.withdraw(left);
         compositor.tellPower(right, true);
-        ASSERT_TRUE(test::runUntil([&] { return told == "-z-"; })) << told;
+        ASSERT_SOON(told == "-z-") << told;
         compositor.withdraw(right);
-        ASSERT_TRUE(test::runUntil([&] { return told == "-z-?"; })) << told;
+        ASSERT_SOON(told == "-z-?") << told;
     }
 }
 
@@ -105,13 +105,11 @@ public:
             test::runFor(10);
         }
         close(client);
-        ++callers;
     }
     bool isCalled() const {
         pollfd waiting{.fd = socket_, .events = POLLIN, .revents = 0};
         return poll(&waiting, 1, 0) > 0;
     }
-    int callers = 0;
 
 private:
     QTemporaryDir folder_;
@@ -138,23 +136,17 @@ TEST_F(WaylandConnectionTest, AsksLessAndLessOftenWhereNonsenseIsSpoken) {
         WrongServer server;
         SwayIpc ipc(loop_, server.path());
         SwayTree tree(loop_, ipc);
-        const auto isCalledTwice = [&] {
-            if (server.isCalled()) server.say(nonsense);
-            return server.callers == 2;
-        };
-        EXPECT_TRUE(test::runUntil(isCalledTwice)) << "at once and after half a second";
-        test::runUntil([&] { return server.isCalled(); }, 600);
-        EXPECT_FALSE(server.isCalled()) << "only after another second";
+        for (int call = 0; call < 2; ++call) {  // at once and after half a second
+            ASSERT_SOON(server.isCalled());
+            server.say(nonsense);
+        }
+        EXPECT_FALSE(test::runUntil([&] { return server.isCalled(); }, 600)) << "so soon again";
         EXPECT_EQ(tree.desktop(), std::nullopt);
     }
 }
 
 TEST_F(WaylandConnectionTest, PutsTogetherWhatArrivesInPieces) {
     using namespace std::string_literals;
-    const auto message = [](char type, const std::string& payload) {
-        return "i3-ipc"s + static_cast<char>(payload.size()) + "\0\0\0"s + type + "\0\0\0"s +
-               payload;
-    };
     WrongServer server;
     SwayIpc ipc(loop_, server.path());
     std::string told;
@@ -162,7 +154,8 @@ TEST_F(WaylandConnectionTest, PutsTogetherWhatArrivesInPieces) {
         told += std::to_string(static_cast<int>(type)) +
                 payload.toJson(QJsonDocument::Compact).toStdString() + ' ';
     });
-    server.say(message(2, R"({"success":true})") + message(4, R"({"nodes":[]})"), 11);
+    server.say("i3-ipc\x10\0\0\0\2\0\0\0{\"success\":true}i3-ipc\xc\0\0\0\4\0\0\0{\"nodes\":[]}"s,
+               11);
     EXPECT_EQ(told, R"(2{"success":true} 4{"nodes":[]} )");
 }
 

@@ -6,6 +6,7 @@
 #include <ctime>
 
 #include "NestedCompositor.h"
+#include "platform/IdleScript.h"
 
 namespace tendel {
 namespace {
@@ -21,7 +22,7 @@ protected:
         for (const char* name : {"XDG_RUNTIME_DIR", "WAYLAND_DISPLAY", "SWAYSOCK"})
             qputenv(name, compositor_->environment(name).toUtf8());
         connect();
-        ASSERT_TRUE(test::runUntil([&] { return idle().tellsCrossings() && windows(); }));
+        ASSERT_SOON(idle().tellsCrossings() && windows());
     }
     void connect() {
         wayland_ = std::make_unique<WaylandSources>(loop_);
@@ -59,29 +60,9 @@ protected:
     Subscription crossing_;
 };
 
-TEST_F(WaylandSourcesTest, TellsOfTheIdleThresholdAndOfTheFirstInputAfterIt) {
-    constexpr double threshold = 0.6;
+TEST_F(WaylandSourcesTest, TellOfTheIdleThresholdAndOfTheFirstInputAfterIt) {
     connectTo(Kind::sway);
-    compositor_->input("mousemove 10 10");
-    idle().watch(600);  // replaced by the next
-    idle().watch(threshold);
-    EXPECT_EQ(idle().idleSeconds(), 0);
-    crossings_ = 0;
-    for (const auto* input : {"mousemove 200 200", "key Shift_L"}) {
-        ASSERT_TRUE(test::runUntil([&] { return crossings_ == 1; })) << input;
-        const double told = idle().idleSeconds().value();
-        EXPECT_GE(told, threshold);
-        test::runFor(300);
-        EXPECT_NEAR(idle().idleSeconds().value(), told + 0.3, 0.25);
-        idle().watch(threshold);  // the same: what is known stays known
-        compositor_->input(input);
-        ASSERT_TRUE(test::runUntil([&] { return crossings_ == 2; }, aSecond)) << input;
-        EXPECT_EQ(idle().idleSeconds(), 0);
-        crossings_ = 0;
-    }
-    idle().watch(std::nullopt);
-    test::runFor(1500);
-    EXPECT_EQ(crossings_, 0);
+    test::expectCrossings(idle(), 0.6, [&](auto* words) { compositor_->input(words); });
     EXPECT_EQ(idle().idleSeconds(), 0);
 }
 
@@ -91,12 +72,12 @@ TEST_F(WaylandSourcesTest, SeeWhichWindowCoversAScreen) {
     const auto counting = sources_.windows.at(0)->changed.connect([&] { ++changes; });
     EXPECT_EQ(covered(), "--");
     const auto client = compositor_->run(WAYLAND_WINDOW, {"--full-screen"}).processId();
-    ASSERT_TRUE(test::runUntil([&] { return covered() == "x-"; }));
+    ASSERT_SOON(covered() == "x-");
     EXPECT_GT(changes, 0);
     SwayIpc ipc(loop_, qgetenv("SWAYSOCK").toStdString());
     SwayTree tree(loop_, ipc);
     SwayWindows ofOthers(tree, static_cast<std::int32_t>(client));
-    ASSERT_TRUE(test::runUntil([&] { return ofOthers.windows().has_value(); }));
+    ASSERT_SOON(ofOthers.windows().has_value());
     EXPECT_TRUE(ofOthers.windows()->windows.empty()) << "our own do not count";
 
     const struct {
@@ -120,14 +101,14 @@ TEST_F(WaylandSourcesTest, SeeWhichWindowCoversAScreen) {
 TEST_F(WaylandSourcesTest, SeeWhoKeepsTheDisplayAwake) {
     connectTo(Kind::sway);
     compositor_->run(WAYLAND_WINDOW);
-    ASSERT_TRUE(test::runUntil([&] { return !windows()->windows.empty(); }));
+    ASSERT_SOON(!windows()->windows.empty());
     for (const auto& [rule, count] : {std::pair("open", 1U), std::pair("none", 0U)}) {
         command(QStringLiteral("[app_id=wayland_window] inhibit_idle ") + rule);
         EXPECT_EQ(requests().value().size(), count) << "no event tells of the user's own rule";
     }
 
     QProcess& player = compositor_->run(WAYLAND_WINDOW, {"--inhibit-idle"});
-    ASSERT_TRUE(test::runUntil([&] { return !requests().value().empty(); }));
+    ASSERT_SOON(!requests().value().empty());
     const WakeRequest expected{.pid = static_cast<std::int32_t>(player.processId()),
                                .processName = "wayland_window",
                                .type = idleInhibitor};
@@ -137,8 +118,8 @@ TEST_F(WaylandSourcesTest, SeeWhoKeepsTheDisplayAwake) {
     EXPECT_EQ(idle().idleSeconds(), 0) << "while a film plays";
 
     player.kill();
-    EXPECT_TRUE(test::runUntil([&] { return requests().value().empty(); }));
-    EXPECT_TRUE(test::runUntil([&] { return idle().idleSeconds() > 0; }));
+    EXPECT_SOON(requests().value().empty());
+    EXPECT_SOON(idle().idleSeconds() > 0);
 }
 
 TEST_F(WaylandSourcesTest, FindTheCompositorAgain) {
@@ -157,18 +138,16 @@ TEST_F(WaylandSourcesTest, FindTheCompositorAgain) {
     EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 2) << "busy while it waits";
 
     compositor_->start();
-    ASSERT_TRUE(test::runUntil([&] { return idle().tellsCrossings() && windows(); }));
-    EXPECT_TRUE(test::runUntil([&] { return idle().idleSeconds() > 0; }))
-        << "the watch is remembered";
-    EXPECT_TRUE(test::runUntil([&] { return areScreensAsleep() == false; }))
-        << "told that it is on";
+    ASSERT_SOON(idle().tellsCrossings() && windows());
+    EXPECT_SOON(idle().idleSeconds() > 0) << "the watch is remembered";
+    EXPECT_SOON(areScreensAsleep() == false) << "told that it is on";
 }
 
 TEST_F(WaylandSourcesTest, AreNotWokenAtRest) {
     connectTo(Kind::sway);
     idle().watch(600);
     compositor_->run(WAYLAND_WINDOW);
-    ASSERT_TRUE(test::runUntil([&] { return windows() && !windows()->windows.empty(); }));
+    ASSERT_SOON(windows() && !windows()->windows.empty());
     test::runFor(500);
     int wakeUps = 0;
     QObject::connect(QCoreApplication::eventDispatcher(), &QAbstractEventDispatcher::awake,

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -38,11 +39,8 @@ void draw() {
     const std::int32_t stride = width * 4;
     const std::int32_t size = stride * height;
     const int file = memfd_create("window", 0);
-    if (file < 0 || ftruncate(file, size) != 0) return;
-    void* memory = mmap(nullptr, static_cast<std::size_t>(size), PROT_WRITE, MAP_SHARED, file, 0);
-    if (memory == MAP_FAILED) return;
-    std::fill_n(static_cast<std::uint32_t*>(memory), width * height, color);
-    munmap(memory, static_cast<std::size_t>(size));
+    const std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height), color);
+    if (write(file, pixels.data(), static_cast<std::size_t>(size)) != size) return;
     wl_shm_pool* pool = wl_shm_create_pool(sharedMemory, file, size);
     wl_surface_attach(
         surface, wl_shm_pool_create_buffer(pool, 0, width, height, stride, WL_SHM_FORMAT_ARGB8888),
@@ -73,17 +71,15 @@ constexpr xdg_toplevel_listener windowListener{
     .wm_capabilities = [](void*, xdg_toplevel*, wl_array*) {}};
 
 constexpr wl_keyboard_listener keyboardListener{
-    .keymap = [](void*, wl_keyboard*, std::uint32_t, int file, std::uint32_t) { close(file); },
-    .enter = [](void*, wl_keyboard*, std::uint32_t, wl_surface*, wl_array*) { tell("focused"); },
-    .leave = [](void*, wl_keyboard*, std::uint32_t, wl_surface*) { tell("unfocused"); },
+    .keymap = [](auto, auto, auto, int file, auto) { close(file); },
+    .enter = [](auto, auto, auto, auto, auto) { tell("focused"); },
+    .leave = [](auto, auto, auto, auto) { tell("unfocused"); },
     .key =
-        [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t key,
-           std::uint32_t state) {
+        [](auto, auto, auto, auto, std::uint32_t key, std::uint32_t state) {
             if (state == WL_KEYBOARD_KEY_STATE_PRESSED) tell("key", key);
         },
-    .modifiers = [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t,
-                    std::uint32_t) {},
-    .repeat_info = [](void*, wl_keyboard*, std::int32_t, std::int32_t) {}};
+    .modifiers = [](auto, auto, auto, auto, auto, auto, auto) {},
+    .repeat_info = [](auto...) {}};
 
 constexpr wl_seat_listener seatListener{
     .capabilities =
@@ -95,24 +91,18 @@ constexpr wl_seat_listener seatListener{
         },
     .name = [](void*, wl_seat*, const char*) {}};
 
-template <class Proxy>
-void bind(Proxy*& proxy, wl_registry* registry, std::uint32_t name, const wl_interface& interface) {
-    proxy = static_cast<Proxy*>(wl_registry_bind(registry, name, &interface, 1));
-}
-
 constexpr wl_registry_listener registryListener{
     .global =
         [](void*, wl_registry* registry, std::uint32_t name, const char* interface, std::uint32_t) {
-            const auto is = [&](const wl_interface& wanted) {
-                return std::string_view(interface) == wanted.name;
+            const auto bind = [&]<class Proxy>(Proxy*& proxy, const wl_interface& wanted) {
+                if (std::string_view(interface) != wanted.name) return;
+                proxy = static_cast<Proxy*>(wl_registry_bind(registry, name, &wanted, 1));
             };
-            if (is(wl_compositor_interface))
-                bind(compositor, registry, name, wl_compositor_interface);
-            if (is(wl_shm_interface)) bind(sharedMemory, registry, name, wl_shm_interface);
-            if (is(wl_seat_interface)) bind(seat, registry, name, wl_seat_interface);
-            if (is(xdg_wm_base_interface)) bind(shell, registry, name, xdg_wm_base_interface);
-            if (is(zwp_idle_inhibit_manager_v1_interface))
-                bind(inhibitManager, registry, name, zwp_idle_inhibit_manager_v1_interface);
+            bind(compositor, wl_compositor_interface);
+            bind(sharedMemory, wl_shm_interface);
+            bind(seat, wl_seat_interface);
+            bind(shell, xdg_wm_base_interface);
+            bind(inhibitManager, zwp_idle_inhibit_manager_v1_interface);
         },
     .global_remove = [](void*, wl_registry*, std::uint32_t) {}};
 

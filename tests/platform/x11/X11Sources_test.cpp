@@ -9,6 +9,7 @@
 #include <ctime>
 #include <utility>
 
+#include "platform/IdleScript.h"
 #include "platform/linux/LinuxEventLoop.h"
 #include "support/RunningLoop.h"
 
@@ -16,10 +17,8 @@ namespace tendel {
 namespace {
 
 using test::runFor;
-using test::runUntil;
 
 constexpr int aSecond = 1000;
-constexpr int patience = 10 * aSecond;  // of what comes at once on a machine that is not busy
 
 class X11SourcesTest : public ::testing::Test {
 protected:
@@ -41,9 +40,7 @@ protected:
     std::optional<DesktopWindows> windows() { return sources_.windows.at(0)->windows(); }
 
     static void execute(const QString& commandLine) {
-        QStringList words = QProcess::splitCommand(commandLine);
-        const QString program = words.takeFirst();
-        ASSERT_EQ(QProcess::execute(program, words), 0) << commandLine.toStdString();
+        ASSERT_EQ(QProcess::execute("sh", {"-c", commandLine}), 0) << commandLine.toStdString();
     }
 
     test::Application application_;
@@ -58,36 +55,19 @@ protected:
 
 TEST_F(X11SourcesTest, TellsOfTheIdleThresholdAndOfTheFirstInputAfterItAlone) {
     constexpr double threshold = 0.6;
-    ASSERT_TRUE(idle().tellsCrossings());
-    runUntil([&] { return idle().idleSeconds() >= threshold; });
-    idle().watch(600);  // replaced by the next
+    test::runUntil([&] { return idle().idleSeconds() >= threshold; });
     idle().watch(threshold);
-    execute("xdotool mousemove 10 10");
-    ASSERT_TRUE(runUntil([&] { return crossings_ == 1; })) << "idle from the start";
-    int expected = 1;
-    for (const auto* input : {"xdotool mousemove 200 200", "xdotool key Shift_L"}) {
-        ASSERT_TRUE(runUntil([&] { return crossings_ == expected + 1; })) << input;
-        const double told = idle().idleSeconds().value();
-        EXPECT_GE(told, threshold);
-        EXPECT_LT(told, threshold + 3);
-        runFor(300);
-        EXPECT_EQ(crossings_, expected + 1) << "told more than once";
-        execute(input);
-        expected += 2;
-        ASSERT_TRUE(runUntil([&] { return crossings_ == expected; })) << input;
-        EXPECT_LT(idle().idleSeconds().value(), threshold);
-    }
+    execute("xdotool mousemove 20 20");
+    ASSERT_SOON(crossings_ == 1) << "idle from the start";
+    test::expectCrossings(idle(), threshold,
+                          [](const QString& words) { execute("xdotool " + words); });
+    crossings_ = 0;
     idle().watch(30);
     for (int each = 0; each < 10; ++each) {
         execute("xdotool key Shift_L");
         runFor(20);
     }
-    EXPECT_EQ(crossings_, expected) << "work is not a crossing";
-
-    idle().watch(threshold);
-    idle().watch(std::nullopt);
-    runFor(900);
-    EXPECT_EQ(crossings_, expected) << "nobody watches";
+    EXPECT_EQ(crossings_, 0) << "work is not a crossing";
 }
 
 TEST_F(X11SourcesTest, TellsOfTheScreenSaver) {
@@ -95,13 +75,10 @@ TEST_F(X11SourcesTest, TellsOfTheScreenSaver) {
     for (const bool isRunning : {true, false}) {
         execute(isRunning ? "xset s activate" : "xset s reset");
         idle().idleSeconds();  // its answer brings the event along, and nothing else will come
-        EXPECT_TRUE(runUntil([&] {
-            return systemChanges_ > 0 && system().is(SystemState::screensaverRunning) == isRunning;
-        }));
+        EXPECT_SOON(systemChanges_ > 0 &&
+                    system().is(SystemState::screensaverRunning) == isRunning);
         systemChanges_ = 0;
     }
-    EXPECT_EQ(system().is(SystemState::locked), std::nullopt);
-    EXPECT_EQ(system().is(SystemState::screensAsleep), std::nullopt) << "there is no DPMS here";
 }
 
 // A window of another program, or of ours by its process id.
@@ -161,10 +138,9 @@ public:
 
 private:
     std::uint32_t atom(std::string_view name) {
-        auto* answer = xcb_intern_atom_reply(
-            native_,
-            xcb_intern_atom(native_, 0, static_cast<std::uint16_t>(name.size()), name.data()),
-            nullptr);
+        const auto length = static_cast<std::uint16_t>(name.size());
+        const auto asked = xcb_intern_atom(native_, 0, length, name.data());
+        auto* answer = xcb_intern_atom_reply(native_, asked, nullptr);
         const std::uint32_t found = answer->atom;
         std::free(answer);
         return found;
@@ -183,7 +159,7 @@ protected:
     X11WindowsTest() {
         execute("xrandr --setmonitor L 640/170x800/200+0+0 screen");
         execute("xrandr --setmonitor R 640/170x800/200+640+0 none");
-        EXPECT_TRUE(runUntil([this] { return windowChanges_ > 0; })) << "new monitors";
+        EXPECT_SOON(windowChanges_ > 0) << "new monitors";
     }
     ~X11WindowsTest() override {
         execute("xrandr --delmonitor R");
@@ -192,23 +168,24 @@ protected:
         xcb_disconnect(native_);
     }
 
-    // The names of the covered screens.
-    std::string covered() {
-        const auto seen = windows();
-        if (!seen) return "unknown";
-        std::string names;
-        for (const auto& screen : seen->screens)
-            if (FullScreenDetection::isFullScreen(seen->windows, screen.frame, TopEdge::compared))
-                names += screen.name;
-        return names;
+    // The names of the covered screens and a letter a window: maximized, a dock or just a window.
+    std::string seen() {
+        const auto now = windows();
+        if (!now) return "unknown";
+        std::string all;
+        for (const auto& screen : now->screens)
+            if (FullScreenDetection::isFullScreen(now->windows, screen.frame, TopEdge::compared))
+                all += screen.name;
+        for (const auto& window : now->windows)
+            all += window.isMaximized ? 'm' : window.isDock ? 'd' : 'w';
+        return all;
     }
     // Until the window manager has done what it was asked for.
     void settle() {
-        ASSERT_TRUE(runUntil([this] { return windowChanges_ > 0; }));
+        ASSERT_SOON(windowChanges_ > 0);
         while (std::exchange(windowChanges_, 0) > 0)
             runFor(300);
     }
-    bool isListed() { return !windows()->windows.empty(); }
 
     xcb_connection_t* native_ = xcb_connect(nullptr, nullptr);
 };
@@ -217,60 +194,52 @@ TEST_F(X11WindowsTest, SaysWhichMonitorIsCovered) {
     ASSERT_EQ(windows()->screens, (std::vector<DesktopWindows::Screen>{{"L", {0, 0, 640, 800}},
                                                                        {"R", {640, 0, 640, 800}}}));
     const char* fullScreen = "_NET_WM_STATE_FULLSCREEN";
-    {
-        const TestWindow window(native_, {.states = {fullScreen}});
-        EXPECT_TRUE(runUntil([&] { return windowChanges_ > 0 && covered() == "R"; }));
+    const struct {
+        TestWindow::Looks looks;
+        const char* seen;
+        const char* command = "";  // of xdotool, or to become full screen
+        const char* seenThen = "";
+    } cases[] = {
+        {{.states = {fullScreen}}, "Rw", "windowminimize", ""},
+        {{.states = {fullScreen}, .desktop = 1}, "", "set_desktop 1", "Rw"},
+        {{.states = {"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"}},
+         "m",
+         "full screen",
+         "Rw"},
+        {{.states = {fullScreen}, .pid = std::uint32_t(::getpid())}, ""},
+        {{.states = {fullScreen}, .type = "_NET_WM_WINDOW_TYPE_DESKTOP"}, ""},
+        {{.type = "_NET_WM_WINDOW_TYPE_DOCK"}, "d"},
+    };
+    for (const auto& [looks, before, command, after] : cases) {
+        SCOPED_TRACE(&looks - &cases[0].looks);
         windowChanges_ = 0;
-        execute("xdotool windowminimize " + window.id());
-        EXPECT_TRUE(runUntil([&] { return windowChanges_ > 0 && covered().empty(); }));
-        EXPECT_FALSE(isListed());
-    }
-    {
+        TestWindow window(native_, looks);
         settle();
-        const TestWindow window(native_, {.states = {fullScreen}, .desktop = 1});
-        settle();
-        EXPECT_EQ(covered(), "") << "on another desktop";
-        execute("xdotool set_desktop 1");
-        EXPECT_TRUE(runUntil([&] { return windowChanges_ > 0 && covered() == "R"; }));
+        EXPECT_EQ(seen(), before);
+        if (command == std::string("full screen"))
+            window.requestFullScreen();
+        else if (command == std::string("windowminimize"))
+            execute("xdotool windowminimize " + window.id());
+        else if (*command)
+            execute(QString("xdotool ") + command);
+        EXPECT_SOON(seen() == after || !*command) << seen();
         execute("xdotool set_desktop 0");
-        settle();
+        runFor(300);
     }
-    {
-        TestWindow window(
-            native_, {.states = {"_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ"}});
-        ASSERT_TRUE(runUntil([&] { return isListed() && windows()->windows[0].isMaximized; }));
-        EXPECT_EQ(covered(), "") << "maximized";
-        window.requestFullScreen();
-        EXPECT_TRUE(runUntil([&] { return covered() == "R"; }));
-        EXPECT_FALSE(windows()->windows[0].isMaximized) << "full screen above all";
-    }
-    for (const auto& looks :
-         {TestWindow::Looks{.states = {fullScreen}, .pid = std::uint32_t(::getpid())},
-          TestWindow::Looks{.states = {fullScreen}, .type = "_NET_WM_WINDOW_TYPE_DESKTOP"}}) {
-        settle();
-        const TestWindow window(native_, looks);
-        settle();
-        EXPECT_FALSE(isListed()) << looks.type;
-    }
-    {
-        const TestWindow dock(native_, {.type = "_NET_WM_WINDOW_TYPE_DOCK"});
-        EXPECT_TRUE(runUntil([&] { return isListed() && windows()->windows[0].isDock; }));
-    }
-    EXPECT_TRUE(runUntil([&] { return !isListed(); })) << "all closed";
+    EXPECT_SOON(seen() == "") << "all closed";
 }
 
 TEST_F(X11WindowsTest, ListsWhatMovesInFrontFirstAndIsNotWokenByTitles) {
     const TestWindow below(native_, {});
-    ASSERT_TRUE(runUntil([this] { return isListed(); }));
+    ASSERT_SOON(seen() == "w");
     TestWindow above(native_, {});
-    ASSERT_TRUE(runUntil([this] { return windows()->windows.size() == 2; }));
+    ASSERT_SOON(seen() == "ww");
     execute("xdotool windowmove --sync " + above.id() + " 100 150");
-    EXPECT_TRUE(runUntil([this] { return windows()->windows[0].bounds.x < 640; }));
+    EXPECT_SOON(windows()->windows[0].bounds.x < 640);
     EXPECT_GE(windows()->windows[1].bounds.x, 640);
     windowChanges_ = 0;
     execute("xdotool windowraise " + below.id());
-    EXPECT_TRUE(
-        runUntil([this] { return windowChanges_ > 0 && windows()->windows[0].bounds.x >= 640; }));
+    EXPECT_SOON(windowChanges_ > 0 && windows()->windows[0].bounds.x >= 640);
 
     settle();
     for (const auto* title : {"0:01", "0:02", "0:03"}) {
@@ -282,12 +251,9 @@ TEST_F(X11WindowsTest, ListsWhatMovesInFrontFirstAndIsNotWokenByTitles) {
 
 TEST_F(X11SourcesTest, KnowsNothingOnceTheServerIsGoneAndRests) {
     const QByteArray display = qgetenv("DISPLAY");
-    QProcess server;
+    test::Child server;
     server.start("Xvfb", {"-displayfd", "1", "-nolisten", "tcp"});
-    ASSERT_TRUE(server.waitForStarted());
-    while (!server.canReadLine())
-        ASSERT_TRUE(server.waitForReadyRead());
-    qputenv("DISPLAY", ":" + server.readLine().trimmed());
+    qputenv("DISPLAY", ":" + server.firstLine().toUtf8());
     connect();
     EXPECT_TRUE(idle().idleSeconds());
     EXPECT_TRUE(system().is(SystemState::screensaverRunning));
@@ -303,10 +269,9 @@ TEST_F(X11SourcesTest, KnowsNothingOnceTheServerIsGoneAndRests) {
         idle().watch(5);
         idle().watch(std::nullopt);
     };
-    server.kill();
-    ASSERT_TRUE(server.waitForFinished());
+    server.end();
     expectNothing();
-    EXPECT_TRUE(runUntil([this] { return crossings_ && systemChanges_ && windowChanges_; }));
+    EXPECT_SOON(crossings_ && systemChanges_ && windowChanges_);
     expectNothing();
     const std::clock_t before = std::clock();
     runFor(aSecond);
