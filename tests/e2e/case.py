@@ -43,7 +43,7 @@ class Case(unittest.TestCase):
     def wait_for_alert(self, title):
         """Waits for the alert of the next minute."""
         self.until(lambda: self.alert_button("Done|Start .*"), "the alert", 80)
-        self.until(lambda: self.tendel.find(f".*{title}.*"), "the alert's title")
+        self.until(lambda: self.tendel.find(f".*{title}.*", "alert"), "the alert's title")
         self.other.type("while the alert is up")
 
     def wait_until_alert_is_gone(self):

@@ -23,7 +23,7 @@ class Window(Case):
     def test_status_follows_the_clock(self):
         self.tendel.start()
         self.tendel.create_reminder("Stand up", interval=1)
-        shown = lambda: self.tendel.wait_for(".*Stand up.*[0-9].*").name
+        shown = lambda: self.tendel.wait_for(".*Stand up.*[0-9].*", "push button").name
         first = shown()
         until(lambda: shown() != first, "another next time", 75)
 
