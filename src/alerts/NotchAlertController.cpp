@@ -258,10 +258,17 @@ void NotchAlertController::place() {
         if (panel) panel->hide();
         return;
     }
-    geometry_ = NotchAlertGeometry::of(*screen_, pill ? pill->restingWidth() : std::nullopt,
+    geometry_ = NotchAlertGeometry::of(*screen_, pill ? pill->restingWidth(*screen_) : std::nullopt,
                                        *settings_.alertStyle);
     model_.hasNotch = geometry_.notchSize.has_value();
     model_.style = geometry_.style;
+    model_.restingWidth = geometry_.restingWidth;
+    if (panel) panel->show(geometry_.panelFrame(screen_->frame), geometry_);
+}
+
+void NotchAlertController::liveDidChange() {
+    if (model_.isHidden() || !screen_) return;
+    geometry_.restingWidth = pill ? pill->restingWidth(*screen_) : std::nullopt;
     model_.restingWidth = geometry_.restingWidth;
     if (panel) panel->show(geometry_.panelFrame(screen_->frame), geometry_);
 }
@@ -348,7 +355,7 @@ void NotchAlertController::watchBreak() {
 }
 
 bool NotchAlertController::canMoveBreak() const {
-    return pill && !isBreakInPill_ && pill->canShowBreak();
+    return pill && !isBreakInPill_ && screen_ && pill->canShowBreak(*screen_);
 }
 
 void NotchAlertController::moveBreakIntoPill() {
@@ -392,7 +399,7 @@ void NotchAlertController::refreshFromStore() {
 }
 
 void NotchAlertController::screensChanged() {
-    if (isBreakInPill_ && !pill->canShowBreak()) {
+    if (isBreakInPill_ && !pill->hasScreen()) {
         isBreakInPill_ = false;
         pill->endBreak(std::nullopt);
         place();

@@ -43,8 +43,12 @@ public:
 class BreakPill {
 public:
     virtual ~BreakPill() = default;
-    virtual bool canShowBreak() const = 0;
-    virtual std::optional<double> restingWidth() const = 0;
+    // Whether a break that runs on this screen can move into it now.
+    virtual bool canShowBreak(const ScreenInfo& screen) const = 0;
+    // Whether it has a screen at all; what it shows may be hidden there for a while.
+    virtual bool hasScreen() const = 0;
+    // Its width while it rests on this screen, for the alert to grow out of.
+    virtual std::optional<double> restingWidth(const ScreenInfo& screen) const = 0;
     virtual void showBreak(const NotchAlertContent& content) = 0;
     virtual void endBreak(const std::optional<std::string>& completionMessage) = 0;
 };
@@ -72,11 +76,17 @@ public:
     void removeFocusAlerts() override;
     // A preview from the settings; records nothing.
     void presentSample(const Upcoming::Item& sample);
+    // The pill came, went or moved: an alert that is up tucks into what rests there now.
+    void liveDidChange();
 
     NotchAlertModel& model() { return model_; }
     const NotchAlertActions& actions() const { return actions_; }
     const AlertQueue& queue() const { return queue_; }
     const NotchAlertGeometry& geometry() const { return geometry_; }
+    // Whether an alert is on the screen or grows out of it; not while it tucks in.
+    bool isUp() const { return model_.phase() != NotchAlertPhase::hidden; }
+    // The one that the alert was last shown on.
+    const std::optional<ScreenInfo>& screen() const { return screen_; }
 
     AlertPanel* panel = nullptr;  // not owned; without one the alert runs unseen
     BreakPill* pill = nullptr;    // not owned; absent where there is no live pill

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "model/AlertStyle.h"
 #include "model/Geometry.h"
@@ -9,6 +10,7 @@ namespace tendel {
 
 // What is known of one screen, in device-independent pixels.
 struct ScreenInfo {
+    std::string name{};  // as the desktop calls the output
     Rect frame{};
     double menuBarHeight = 0;  // of the panel at the top, 0 without one
     // Of a display whose top edge has a camera housing: the inset that keeps clear of it, and the

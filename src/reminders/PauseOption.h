@@ -12,6 +12,7 @@ enum class PauseOption { minutes30, hour1, hours2, untilTomorrow };
 
 inline constexpr std::array pauseOptions{PauseOption::minutes30, PauseOption::hour1,
                                          PauseOption::hours2, PauseOption::untilTomorrow};
+inline constexpr std::string_view pauseTitle = "Pause Reminders";
 inline constexpr std::string_view resumeTitle = "Resume Reminders";
 
 // "Pause for 30 Minutes" …

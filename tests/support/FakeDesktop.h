@@ -38,8 +38,9 @@ struct FakePill : BreakPill {
     std::optional<NotchAlertContent> shown;
     std::string ended;
 
-    bool canShowBreak() const override { return isThere; }
-    std::optional<double> restingWidth() const override { return std::nullopt; }
+    bool canShowBreak(const ScreenInfo&) const override { return isThere; }
+    bool hasScreen() const override { return isThere; }
+    std::optional<double> restingWidth(const ScreenInfo&) const override { return std::nullopt; }
     void showBreak(const NotchAlertContent& content) override { shown = content; }
     void endBreak(const std::optional<std::string>& message) override {
         shown.reset();

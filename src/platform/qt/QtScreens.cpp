@@ -30,7 +30,8 @@ std::optional<Size> simulatedNotch() {
 
 ScreenInfo infoOf(const QScreen& screen, const std::optional<Size>& notch) {
     const QRect frame = screen.geometry();
-    ScreenInfo info{.frame = Rect{double(frame.x()), double(frame.y()), double(frame.width()),
+    ScreenInfo info{.name = screen.name().toStdString(),
+                    .frame = Rect{double(frame.x()), double(frame.y()), double(frame.width()),
                                   double(frame.height())},
                     // Without a panel at the top the alert touches the very edge.
                     .menuBarHeight = double(screen.availableGeometry().top() - frame.top())};
