@@ -123,7 +123,8 @@ TEST(StatsSentences, TellsEachSlotAsASentence) {
     const Calendar calendar("Europe/Berlin", "en_GB");
     for (const Case& c : cases) {
         const StatsBucket bucket{{at(c.start), at(c.end)}, c.tally, c.focusSeconds};
-        EXPECT_EQ(StatsSentences::slotSentence(bucket, c.range, calendar).toStdString(), c.sentence);
+        EXPECT_EQ(StatsSentences::slotSentence(bucket, c.range, calendar).toStdString(),
+                  c.sentence);
     }
 }
 
