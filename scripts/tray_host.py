@@ -15,13 +15,20 @@ INTERFACE = f"""
   <property name="ProtocolVersion" type="i" access="read"/>
   <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
   <signal name="StatusNotifierHostRegistered"/>
+  <signal name="StatusNotifierHostUnregistered"/>
 </interface></node>"""
 
 
-class TrayHost:
-    """Serves on a thread of its own from when it is made."""
+ITEM = "org.kde.StatusNotifierItem"
+MENU = "com.canonical.dbusmenu"
 
-    def __init__(self):
+
+class TrayHost:
+    """Serves on a thread of its own from when it is made until it is stopped."""
+
+    def __init__(self, has_host=True, address=None):
+        self.address = address or Gio.dbus_address_get_for_bus_sync(Gio.BusType.SESSION)
+        self.has_host = has_host  # a watcher alone shows no icons
         self.icon = None
         self.arrived = threading.Event()
         self.arrivedAt = None  # time.monotonic()
@@ -33,11 +40,22 @@ class TrayHost:
     def serve(self, ready):
         context = GLib.MainContext()
         context.push_thread_default()
-        bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        self.bus = bus = Gio.DBusConnection.new_for_address_sync(self.address, flags)
         bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0],
                             self.call, self.read, None)
         Gio.bus_own_name_on_connection(bus, WATCHER, Gio.BusNameOwnerFlags.NONE, lambda *_: ready.set(), None)
         GLib.MainLoop(context).run()
+
+    def stop(self):
+        """Leaves the bus, as a panel does that ends or crashes."""
+        self.bus.close_sync()
+
+    def set_host(self, has_host):
+        """The part that shows the icons comes to the watcher, or leaves it."""
+        self.has_host = has_host
+        signal = "StatusNotifierHostRegistered" if has_host else "StatusNotifierHostUnregistered"
+        self.bus.emit_signal(None, "/StatusNotifierWatcher", WATCHER, signal, None)
 
     def call(self, bus, sender, _path, _interface, method, arguments, invocation):
         if method == "RegisterStatusNotifierItem":
@@ -49,7 +67,7 @@ class TrayHost:
 
     def read(self, _bus, _sender, _path, _interface, name):
         return {"RegisteredStatusNotifierItems": GLib.Variant("as", []),
-                "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "IsStatusNotifierHostRegistered": GLib.Variant("b", self.has_host),
                 "ProtocolVersion": GLib.Variant("i", 0)}[name]
 
     def wait_for_icon(self, seconds=20):
@@ -63,6 +81,10 @@ class TrayHost:
 class TrayIcon:
     def __init__(self, bus, owner, path):
         self.bus, self.owner, self.path = bus, owner, path
+        self.signals = []  # names, as they came
+        for interface in (ITEM, MENU):
+            bus.signal_subscribe(owner, interface, None, None, None, Gio.DBusSignalFlags.NONE,
+                                 lambda *signal: self.signals.append(signal[4]))
 
     def call(self, path, interface, method, arguments):
         return self.bus.call_sync(self.owner, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
@@ -70,22 +92,37 @@ class TrayIcon:
 
     def property(self, name):
         return self.call(self.path, "org.freedesktop.DBus.Properties", "Get",
-                         GLib.Variant("(ss)", ("org.kde.StatusNotifierItem", name)))[0]
+                         GLib.Variant("(ss)", (ITEM, name)))[0]
 
     def tool_tip(self):
+        """Its title."""
         return self.property("ToolTip")[2]
+
+    def label(self):
+        return self.property("XAyatanaLabel")
+
+    def pictures(self):
+        """What it can be drawn with: bytes by the width and height."""
+        return {(width, height): bytes(argb) for width, height, argb in self.property("IconPixmap")}
+
+    def click(self, method, *place):
+        """Activate, SecondaryActivate or ContextMenu."""
+        self.call(self.path, ITEM, method, GLib.Variant("(ii)", place or (0, 0)))
+
+    def scroll(self, delta):
+        self.call(self.path, ITEM, "Scroll", GLib.Variant("(is)", (delta, "vertical")))
 
     def menu(self):
         """The menu's entries with their numbers, submenus as dictionaries: {"Open Tendel": 2, "Pause": {…}}."""
         def entries(item):
             found = {}
             for number, properties, children in item[2]:
-                label = properties.get("label", "").replace("_", "")
+                label = properties.get("label", "").replace("__", "_")
                 if properties.get("visible", True) and properties.get("type") != "separator":
                     found[label] = entries((number, properties, children)) if children else number
             return found
 
-        _, root = self.call(self.property("Menu"), "com.canonical.dbusmenu", "GetLayout",
+        _, root = self.call(self.property("Menu"), MENU, "GetLayout",
                             GLib.Variant("(iias)", (0, -1, [])))
         return entries(root)
 
@@ -94,5 +131,5 @@ class TrayIcon:
         entry = self.menu()
         for label in labels:
             entry = entry[label]
-        self.call(self.property("Menu"), "com.canonical.dbusmenu", "Event",
+        self.call(self.property("Menu"), MENU, "Event",
                   GLib.Variant("(isvu)", (entry, "clicked", GLib.Variant("s", ""), 0)))

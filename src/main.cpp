@@ -1,7 +1,8 @@
 #include <QApplication>
 
 #include <cstdio>
-#include <cstring>
+#include <span>
+#include <string_view>
 
 #include "app/TendelApp.h"
 #include "base/Log.h"
@@ -15,18 +16,33 @@
 #include "platform/qt/QtScreens.h"
 #include "storage/Persistence.h"
 #include "ui/Interface.h"
+#include "ui/remote/RemoteObject.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/NoticeWindow.h"
 
 namespace {
 
-// Set by the entry that starts the program at login: it then starts quietly, without its window.
-constexpr auto atLoginArgument = "--at-login";
+// Set by the entry that starts the program at login, and by that which starts it when the bus has
+// something for it: it then starts quietly, without its window.
+constexpr std::string_view atLoginArgument = "--at-login";
+constexpr std::string_view asServiceArgument = "--as-service";
+// Begins the name of an action of the desktop entry, which is carried out in place of showing the
+// window, by the program that runs already if there is one.
+constexpr std::string_view actionArgument = "--action=";
 
-bool isStartedAtLogin(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i)
-        if (std::strcmp(argv[i], atLoginArgument) == 0) return true;
-    return false;
+struct Arguments {
+    bool isQuiet = false;
+    QString action{};
+};
+
+Arguments parsed(int argc, char** argv) {
+    Arguments arguments;
+    for (const std::string_view argument : std::span(argv, static_cast<std::size_t>(argc))) {
+        if (argument == atLoginArgument || argument == asServiceArgument) arguments.isQuiet = true;
+        if (argument.starts_with(actionArgument))
+            arguments.action = QString::fromLocal8Bit(argument.substr(actionArgument.size()));
+    }
+    return arguments;
 }
 
 void setDefaultEnvironment(const char* name, const char* value) {
@@ -51,8 +67,17 @@ int main(int argc, char** argv) {
     // Not `quit`, which a window with unsaved text may refuse.
     termination.watch([] { QApplication::exit(); });
 
-    ApplicationService service;
-    if (service.claim() == ApplicationService::Start::handedOver) return 0;
+    const Arguments arguments = parsed(argc, argv);
+    RemoteObject remote;
+    ApplicationService service(remote);
+    switch (service.claim(arguments.action)) {
+        case ApplicationService::Start::first:
+            break;
+        case ApplicationService::Start::handedOver:
+            return 0;
+        case ApplicationService::Start::refused:
+            return 1;
+    }
 
     LinuxEventLoop loop;
     Calendar calendar = Calendar::system();
@@ -75,6 +100,7 @@ int main(int argc, char** argv) {
                   defaults, *opened->store);
     const auto followPreferences = [&] {
         app.alerts.model().reduceMotion = preferences.reducesMotion();
+        app.live.model().reduceMotion = preferences.reducesMotion();
         Theme& theme = Theme::instance();
         theme.setHighContrast(preferences.hasHighContrast());
         theme.setFontFamily(preferences.fontFamily());
@@ -84,11 +110,17 @@ int main(int argc, char** argv) {
     QObject::connect(&preferences, &DesktopPreferences::changed, &application, followPreferences);
     followPreferences();
     Interface interface(app);
+    RemoteControl control(app, interface.hold());
+    remote.serve(control);
     service.onActivate = [&app] { app.navigation.requestWindow(); };
+    service.onAction = [&remote](const QString& action) { remote.perform(action); };
     QObject::connect(&application, &QApplication::aboutToQuit, [&app] { app.willTerminate(); });
 
     if (opened->damagedStoreBackup) interface.showResetNotice(*opened->damagedStoreBackup);
     app.start();
-    if (!isStartedAtLogin(argc, argv)) app.navigation.requestWindow();
+    if (!arguments.action.isEmpty())
+        remote.perform(arguments.action);
+    else if (!arguments.isQuiet)
+        app.navigation.requestWindow();
     return QApplication::exec();
 }

@@ -81,6 +81,16 @@ std::optional<std::string> AlertQueue::Entry::notice(const Calendar& calendar) c
     return std::nullopt;
 }
 
+std::vector<DayTimeline::Shown> AlertQueue::shownReminders() const {
+    std::vector<DayTimeline::Shown> all;
+    const auto add = [&](const Entry& entry) {
+        if (const auto id = entry.reminderId()) all.push_back({*id, entry.fireDate});
+    };
+    if (current) add(*current);
+    std::ranges::for_each(waiting, add);
+    return all;
+}
+
 std::vector<AlertQueue::Entry> AlertQueue::enqueue(std::vector<Entry> entries) {
     std::vector<Entry> superseded;
     for (Entry& entry : entries) {

@@ -10,6 +10,7 @@
 
 #include "base/Calendar.h"
 #include "focus/FocusAlert.h"
+#include "reminders/DayTimeline.h"
 #include "reminders/Upcoming.h"
 
 namespace tendel {
@@ -62,6 +63,8 @@ struct AlertQueue {
     std::vector<Entry> waiting;  // [0] is next
 
     bool isEmpty() const { return !current && waiting.empty(); }
+    // The alert on the screen and those behind it, as far as reminders go.
+    std::vector<DayTimeline::Shown> shownReminders() const;
     bool isBreakRunning() const { return current && current->breakEndsAt; }
 
     // Adds due entries: focus alerts go to the front, the others to the end. Returns those that are

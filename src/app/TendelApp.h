@@ -5,6 +5,8 @@
 #include "base/Calendar.h"
 #include "base/EventLoop.h"
 #include "focus/FocusTimer.h"
+#include "menubar/MenuBarLabelMonitor.h"
+#include "menubar/NotchLiveController.h"
 #include "presence/UserPresence.h"
 #include "reminders/ReminderScheduler.h"
 #include "sound/FocusSoundController.h"
@@ -46,15 +48,20 @@ public:
     NotchAlertController alerts;
     FocusTimer focus;
     FocusSoundController sounds;
+    NotchLiveController live;
+    MenuBarLabelMonitor label;
     AppNavigation navigation;
 
 private:
     void presenceDidChange(Presence found);
     void watchForBusy();
+    void updateLiveFocus();
+    void updateLivePause();
+    void perform(LiveActivity::Control control);
 
     Subscription zoneChanged_;  // made first of all that listen, so that the calendar is right when
                                 // they look
-    Subscription alertsChanged_, sessionChanged_, volumeChanged_;
+    Subscription alertsChanged_, sessionChanged_, volumeChanged_, muteChanged_, liveZoneChanged_;
 };
 
 }  // namespace tendel

@@ -23,14 +23,17 @@ BUILDS_ON = {
     "platform": ["alerts", "presence", "planning", "sound", "menubar", "updates"],
     "ui/theme": ["library"],
     "ui/alert": ["alerts", "ui/theme"],
-    "ui/tray": ["app", "ui/theme"],
+    "ui/pill": ["menubar", "ui/alert"],
+    "ui/tray": ["app", "ui/theme", "ui/panel"],
     "ui/stats": ["app", "ui/theme"],
+    "ui/remote": ["app", "ui/alert"],
     "ui/window": ["app", "ui/theme", "ui/stats"],
-    "ui": ["ui/alert", "ui/tray", "ui/window"],
-    "main": ["platform", "ui"],
+    "ui/panel": ["app", "ui/theme", "ui/window"],
+    "ui": ["ui/alert", "ui/pill", "ui/tray", "ui/window", "ui/panel"],
+    "main": ["platform", "ui", "ui/remote"],
 }
 
-ADAPTERS = {"platform", "ui", "ui/alert", "ui/stats", "ui/theme", "ui/tray", "ui/window", "main"}
+ADAPTERS = {"platform", "ui", "ui/alert", "ui/panel", "ui/pill", "ui/remote", "ui/stats", "ui/theme", "ui/tray", "ui/window", "main"}
 
 # Which folders may include what is neither ours nor the standard library's, and whether in headers too.
 FOREIGN = [

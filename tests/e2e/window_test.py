@@ -1,7 +1,6 @@
-"""The main window and the tray icon of the running program."""
+"""The main window of the running program."""
 
 import subprocess
-import time
 
 from case import Case, main
 from desktop import until
@@ -26,25 +25,6 @@ class Window(Case):
         shown = lambda: self.tendel.wait_for(".*Stand up.*[0-9].*", "push button").name
         first = shown()
         until(lambda: shown() != first, "another next time", 75)
-
-    def test_pause_from_the_tray(self):
-        tray = TrayHost()
-        self.tendel.start()
-        icon = tray.wait_for_icon()
-        self.tendel.create_reminder("Look away")
-        icon.choose("Pause Reminders", "Pause for 30 Minutes")
-        until(lambda: "Resume Reminders" in icon.menu(), '"Resume Reminders" in the menu')
-        # Past the minute at which it would have been due.
-        end = time.time() // 60 * 60 + 70
-        while time.time() < end:
-            self.assertIsNone(self.alert_button("Done"))
-            time.sleep(1)
-        icon.choose("Resume Reminders")
-        self.assertIn("Pause Reminders", icon.menu())
-        until(lambda: self.alert_button("Done"), "the alert", 80)
-
-        icon.choose("Quit Tendel")
-        self.assertEqual(self.tendel.process.wait(10), 0)
 
 
 if __name__ == "__main__":

@@ -61,8 +61,14 @@ std::vector<ScreenInfo> QtScreens::all() const {
     std::vector<ScreenInfo> all;
     // Qt lists the primary screen first.
     for (const QScreen* screen : QGuiApplication::screens())
-        all.push_back(infoOf(*screen, simulatedNotch_));
+        all.push_back(infoOf(*screen, notchOf(*screen)));
     return all;
+}
+
+std::optional<Size> QtScreens::notchOf(const QScreen& screen) const {
+    if (simulatedNotch_ || !cutout_) return simulatedNotch_;
+    const QSizeF size = screen.geometry().size();
+    return housingOn(*cutout_, screen.name().toStdString(), {size.width(), size.height()});
 }
 
 std::optional<std::pair<double, double>> QtScreens::pointer() const {

@@ -3,13 +3,15 @@
 #include <QObject>
 
 #include "alerts/NotchAlertController.h"
+#include "platform/linux/PanelCutout.h"
 
 class QScreen;
 
 namespace tendel {
 
-// The screens as Qt sees them. The environment variable TENDEL_SIMULATE_NOTCH ("200x32") gives each
-// of them a camera housing of that size, for development. Needs a QGuiApplication while it lives;
+// The screens as Qt sees them, the built-in one with this machine's camera housing. The environment
+// variable TENDEL_SIMULATE_NOTCH ("200x32") gives each of them a housing of that size instead, for
+// development. Needs a QGuiApplication while it lives;
 // main thread only.
 class QtScreens : public QObject, public Screens {
     Q_OBJECT
@@ -24,7 +26,10 @@ private:
     void watch(QScreen* screen);
     void noteChange();
 
+    std::optional<Size> notchOf(const QScreen& screen) const;
+
     std::optional<Size> simulatedNotch_;
+    std::optional<PanelCutout> cutout_ = panelCutout();
     bool isChangePending_ = false;
 };
 

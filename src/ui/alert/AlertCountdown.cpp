@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "ui/alert/AlertMarks.h"
 #include "ui/theme/TabularText.h"
 #include "ui/theme/Theme.h"
 
@@ -86,16 +87,8 @@ void AlertCountdown::paintEvent(QPaintEvent*) {
     painter.setClipPath(clip_);
     painter.setOpacity(opacity_);
 
-    const double in = ringWidth / 2;
-    const QRectF ring(in, (height() - ringSize) / 2 + in, ringSize - ringWidth,
-                      ringSize - ringWidth);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(QColor(255, 255, 255, 48), ringWidth));
-    painter.drawEllipse(ring);
-    constexpr double circle = 360 * 16;  // in Qt's sixteenths of a degree
-    const int span = static_cast<int>(std::lround(circle * left_ / length_));
-    painter.setPen(QPen(accent_, ringWidth, Qt::SolidLine, Qt::RoundCap));
-    if (span > 0) painter.drawArc(ring, 90 * 16, span);
+    drawRing(painter, QRectF(0, (height() - ringSize) / 2, ringSize, ringSize), ringWidth, accent_,
+             double(left_) / length_);
 
     painter.setFont(textFont());
     painter.setPen(Qt::white);

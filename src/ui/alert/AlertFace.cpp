@@ -6,14 +6,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/alert/AlertMarks.h"
 #include "ui/theme/Icons.h"
 #include "ui/theme/Theme.h"
 
 namespace tendel {
 
 namespace {
-
-const QColor secondary(0xA8, 0xA8, 0xAD);
 
 constexpr double margin = 16;
 constexpr double circleSize = 48;
@@ -163,7 +162,7 @@ void AlertFace::draw(QPainter& painter, bool showsText) const {
     if (style_ == AlertStyle::compact) return;
     if (!details_.isEmpty()) y += lineGap;
     for (const QString& line : details_)
-        drawLine(painter, detailFont(), secondary, left, y, line);
+        drawLine(painter, detailFont(), secondaryOnBlack, left, y, line);
     if (!content_.notice) return;
     y += noticeGap;
     const QFontMetricsF metrics(noticeFont());

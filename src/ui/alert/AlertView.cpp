@@ -3,13 +3,13 @@
 #include <QAccessible>
 #include <QHelpEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
+#include "ui/alert/AlertMarks.h"
 #include "ui/alert/AlertShape.h"
 #include "ui/theme/Accessible.h"
 #include "ui/theme/Theme.h"
@@ -28,20 +28,6 @@ constexpr double gap = 6;
 constexpr double compactMargin = 8;
 constexpr double compactSize = 28;
 constexpr double compactGap = 6;
-constexpr double usualRefreshRate = 60;  // where the screen does not tell its own
-
-// Heads for the target, but lets a motion that goes there already go on.
-void head(AnimatedValue& value, double target, const std::optional<MotionCurve>& curve,
-          double speed, MonotonicInstant now) {
-    if (!curve)
-        value.jump(target);
-    else if (value.target() != target)
-        value.animate(target, *curve, speed, now);
-}
-
-double opacity(const AnimatedValue& value, MonotonicInstant now) {
-    return std::clamp(value.value(now), 0.0, 1.0);
-}
 
 // The way back lies where the ellipsis was, so that a double click there answers nothing.
 std::vector<AlertAnswer> withBack(std::vector<AlertAnswer> further) {
@@ -49,28 +35,11 @@ std::vector<AlertAnswer> withBack(std::vector<AlertAnswer> further) {
     return further;
 }
 
-// The first `part` (0–1) of the lines through the points.
-QPainterPath beginning(const std::array<QPointF, 3>& points, double part) {
-    std::array<double, 2> lengths{QLineF(points[0], points[1]).length(),
-                                  QLineF(points[1], points[2]).length()};
-    double left = std::clamp(part, 0.0, 1.0) * (lengths[0] + lengths[1]);
-    QPainterPath path(points[0]);
-    for (std::size_t i = 0; i < lengths.size() && left > 0; ++i) {
-        path.lineTo(QLineF(points[i], points[i + 1]).pointAt(std::min(left / lengths[i], 1.0)));
-        left -= lengths[i];
-    }
-    return path;
-}
-
 }  // namespace
 
 AlertView::AlertView(NotchAlertModel& model, const NotchAlertActions& actions, EventLoop& loop)
     : model_(model), actions_(actions), loop_(loop) {
     tellAs<AlertView, QAccessible::AlertMessage>();
-    setAttribute(Qt::WA_TranslucentBackground);
-    // The window is never the active one, but its tooltips are wanted.
-    setAttribute(Qt::WA_AlwaysShowToolTips);
-    setFocusPolicy(Qt::NoFocus);
     frames_.setTimerType(Qt::PreciseTimer);
     connect(&frames_, &QTimer::timeout, this, &AlertView::drawFrame);
     connect(&Theme::instance(), &Theme::changed, this, [this] {
@@ -83,7 +52,10 @@ AlertView::AlertView(NotchAlertModel& model, const NotchAlertActions& actions, E
 
 void AlertView::setMeasures(const NotchAlertGeometry& geometry) {
     if (geometry == geometry_ && isVisible()) return;
-    geometry_ = geometry;
+    NotchAlertGeometry before = std::exchange(geometry_, geometry);
+    before.restingWidth = geometry.restingWidth;
+    // The pill that it tucks into has come or gone: all but the way there stays.
+    if (before == geometry && isVisible()) return modelChanged(NotchAlertMotion::swap);
     layOut();
     modelChanged(std::nullopt);
 }
@@ -111,34 +83,22 @@ void AlertView::takeContent() {
 }
 
 void AlertView::headFor(const NotchAlertModel& model, const std::optional<MotionCurve>& curve) {
-    const MonotonicInstant now = loop_.monotonicNow();
-    const auto to = [&](AnimatedValue& value, double target,
-                        const std::optional<MotionCurve>& along) {
-        head(value, target, along, model.speed, now);
-    };
-
-    const bool isHidden = model.phase() == Phase::hidden;
-    // With reduced motion the shape fades in place of growing.
+    const Change change{curve, model.speed, loop_.monotonicNow()};
     const bool fades = model.reduceMotion;
-    if (fades && !isHidden && presence_.target() == 0) presence_.jump(0);
-    to(presence_, fades && isHidden ? 0 : 1, fades ? curve : std::nullopt);
-    if (!fades || !isHidden || !curve) {
-        const AlertOutline outline = geometry_.outline(model.phase());
-        const auto along = fades ? std::nullopt : curve;
-        to(width_, outline.width, along);
-        to(height_, outline.height, along);
-        to(topRadius_, outline.topRadius, along);
-        to(bottomRadius_, outline.bottomRadius, along);
-    }
+    shape_.headFor(geometry_.outline(model.phase()), model.phase() == Phase::hidden,
+                   fades ? AnimatedOutline::Manner::fade : AnimatedOutline::Manner::grow, change);
 
     const bool showedContent = contentOpacity_.target() > 0;
     const bool showsContent = model.showsContent() && !model.showsCompletion();
     const bool showsCompletion = model.showsContent() && model.showsCompletion();
     if (showsCompletion && completionOpacity_.target() == 0) checkDrawn_.jump(0);
-    to(contentOpacity_, showsContent ? 1 : 0, curve);
-    to(rowOpacity_, 1, curve);
-    to(completionOpacity_, showsCompletion ? 1 : 0, curve);
-    if (showsCompletion) to(checkDrawn_, 1, fades ? std::nullopt : curve);
+    tendel::headFor(contentOpacity_, showsContent ? 1 : 0, change);
+    tendel::headFor(rowOpacity_, 1, change);
+    tendel::headFor(completionOpacity_, showsCompletion ? 1 : 0, change);
+    if (showsCompletion && fades)
+        checkDrawn_.jump(1);
+    else if (showsCompletion)
+        tendel::headFor(checkDrawn_, 1, change);
     if (showsContent && !showedContent) announce();
 }
 
@@ -267,23 +227,23 @@ void AlertView::turnTo(bool showsFurther) {
 
 void AlertView::animate() {
     drawFrame();
+    if (!isAtRest() && isVisible() && !frames_.isActive()) frames_.start(frameInterval(*this));
+}
+
+bool AlertView::isAtRest() const {
     const MonotonicInstant now = loop_.monotonicNow();
-    const bool moves = std::ranges::any_of(
-        moving_, [&](const AnimatedValue* value) { return !value->isAtRest(now); });
-    if (!moves || !isVisible() || frames_.isActive()) return;
-    const double told = screen() ? screen()->refreshRate() : 0;
-    const double rate = told > 1 ? told : usualRefreshRate;
-    frames_.start(std::max(static_cast<int>(1000 / rate), 1));
+    return shape_.isAtRest(now) && std::ranges::all_of(fading_, [&](const AnimatedValue* value) {
+               return value->isAtRest(now);
+           });
 }
 
 void AlertView::drawFrame() {
     const MonotonicInstant now = loop_.monotonicNow();
-    const AlertOutline outline{width_.value(now), height_.value(now), topRadius_.value(now),
-                               bottomRadius_.value(now)};
-    presenceShown_ = opacity(presence_, now);
-    contentShown_ = opacity(contentOpacity_, now) * presenceShown_;
-    completionShown_ = opacity(completionOpacity_, now) * presenceShown_;
-    checkShown_ = opacity(checkDrawn_, now);
+    const AlertOutline outline = shape_.value(now);
+    presenceShown_ = shape_.presence(now);
+    contentShown_ = opacityAt(contentOpacity_, now) * presenceShown_;
+    completionShown_ = opacityAt(completionOpacity_, now) * presenceShown_;
+    checkShown_ = opacityAt(checkDrawn_, now);
     if (outline != outline_ || path_.isEmpty()) {
         outline_ = outline;
         path_ = alertPath(outline, width() / 2.0);
@@ -291,7 +251,7 @@ void AlertView::drawFrame() {
     }
 
     const bool showsContent = contentOpacity_.target() > 0 || contentShown_ > 0;
-    const double row = contentShown_ * opacity(rowOpacity_, now);
+    const double row = contentShown_ * opacityAt(rowOpacity_, now);
     for (std::size_t i = 0; i < buttons_.size(); ++i) {
         AlertButton* button = buttons_[i];
         if (!button) continue;
@@ -304,9 +264,7 @@ void AlertView::drawFrame() {
     countdown_.setVisible(showsContent && content_.breakEndsAt && !isCovered);
     update();
 
-    if (std::ranges::all_of(moving_,
-                            [&](const AnimatedValue* value) { return value->isAtRest(now); }))
-        frames_.stop();
+    if (isAtRest()) frames_.stop();
 }
 
 void AlertView::paintEvent(QPaintEvent*) {
@@ -334,13 +292,7 @@ void AlertView::drawCompletion(QPainter& painter) const {
     const double left = body.center().x() - markWidth / 2;
 
     painter.setOpacity(completionShown_);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(Theme::color(Theme::Color::good, Theme::Scheme::dark), 3, Qt::SolidLine,
-                        Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPath(beginning(
-        {QPointF(left, top + markHeight * 0.55), QPointF(left + markWidth * 0.36, top + markHeight),
-         QPointF(left + markWidth, top)},
-        checkShown_));
+    drawCheckMark(painter, QRectF(left, top, markWidth, markHeight), 3, checkShown_);
     painter.setPen(Qt::white);
     painter.setFont(font);
     const QString message = metrics.elidedText(QString::fromStdString(model_.completionMessage()),

@@ -11,6 +11,7 @@
 #include "ui/alert/AlertButton.h"
 #include "ui/alert/AlertCountdown.h"
 #include "ui/alert/AlertFace.h"
+#include "ui/alert/AnimatedOutline.h"
 
 namespace tendel {
 
@@ -53,6 +54,7 @@ private:
     void turnTo(bool showsFurther);
 
     void animate();
+    bool isAtRest() const;
     void drawFrame();
     QRectF body(NotchAlertPhase phase) const;
     void drawCompletion(QPainter& painter) const;
@@ -70,15 +72,13 @@ private:
     std::array<AlertButton*, alertAnswerCount> buttons_{};
 
     // Everything that moves. Opacities are 0–1.
-    AnimatedValue width_, height_, topRadius_, bottomRadius_;
-    AnimatedValue presence_{1};  // of the whole; moves in place of the shape with reduced motion
+    AnimatedOutline shape_;
     AnimatedValue contentOpacity_;
     AnimatedValue rowOpacity_{1};
     AnimatedValue completionOpacity_;
     AnimatedValue checkDrawn_;  // how much of the check mark's path
-    const std::array<AnimatedValue*, 9> moving_{
-        &width_,          &height_,     &topRadius_,         &bottomRadius_, &presence_,
-        &contentOpacity_, &rowOpacity_, &completionOpacity_, &checkDrawn_};
+    const std::array<AnimatedValue*, 4> fading_{&contentOpacity_, &rowOpacity_, &completionOpacity_,
+                                                &checkDrawn_};
     QTimer frames_;
 
     // What the current frame shows.

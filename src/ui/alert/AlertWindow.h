@@ -1,10 +1,8 @@
 #pragma once
 
-#include <memory>
-
 #include "alerts/NotchAlertController.h"
 #include "ui/alert/AlertView.h"
-#include "ui/alert/X11Overlay.h"
+#include "ui/alert/OverlayStack.h"
 
 namespace tendel {
 
@@ -13,16 +11,16 @@ namespace tendel {
 // thread only; what it is given must outlive it.
 class AlertWindow : public AlertPanel {
 public:
-    AlertWindow(NotchAlertModel& model, const NotchAlertActions& actions, EventLoop& loop);
+    AlertWindow(NotchAlertModel& model, const NotchAlertActions& actions, EventLoop& loop,
+                OverlayStack& stack);
+    ~AlertWindow() override;
 
     void show(const Rect& frame, const NotchAlertGeometry& geometry) override;
     void hide() override;
 
 private:
-    void setShape(const AlertOutline& outline);
-
     AlertView view_;
-    std::unique_ptr<StackingWatch> stacking_;  // while the window is mapped
+    OverlayStack& stack_;
 };
 
 }  // namespace tendel

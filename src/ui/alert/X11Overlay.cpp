@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -19,21 +20,35 @@ xcb_connection_t* connection() {
     return x11 ? x11->connection() : nullptr;
 }
 
-}  // namespace
+xcb_window_t idOf(const QWindow& window) {
+    return static_cast<xcb_window_t>(window.winId());
+}
 
-void setWindowShape(const QWindow& window, const QRegion& region) {
-    xcb_connection_t* server = connection();
-    if (!server || !window.handle()) return;
+void setShape(const QWindow& window, xcb_shape_kind_t kind, const QRegion& region) {
     std::vector<xcb_rectangle_t> rectangles;
     for (const QRect& r : region)
         rectangles.push_back({static_cast<std::int16_t>(r.x()), static_cast<std::int16_t>(r.y()),
                               static_cast<std::uint16_t>(r.width()),
                               static_cast<std::uint16_t>(r.height())});
+    xcb_shape_rectangles(connection(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
+                         idOf(window), 0, 0, static_cast<std::uint32_t>(rectangles.size()),
+                         rectangles.data());
+}
+
+}  // namespace
+
+void setWindowShape(const QWindow& window, const QRegion& drawn, const QRegion& input) {
+    if (!connection() || !window.handle()) return;
     // Of the two, X servers inside a Wayland session know the input shape alone.
-    for (const xcb_shape_kind_t kind : {XCB_SHAPE_SK_BOUNDING, XCB_SHAPE_SK_INPUT})
-        xcb_shape_rectangles(server, XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
-                             static_cast<xcb_window_t>(window.winId()), 0, 0,
-                             static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+    setShape(window, XCB_SHAPE_SK_BOUNDING, drawn);
+    setShape(window, XCB_SHAPE_SK_INPUT, input);
+}
+
+void stackBelow(const QWindow& window, const QWindow& other) {
+    if (!connection() || !window.handle() || !other.handle()) return;
+    const std::array<std::uint32_t, 2> values{idOf(other), XCB_STACK_MODE_BELOW};
+    xcb_configure_window(connection(), idOf(window),
+                         XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
 }
 
 StackingWatch::StackingWatch(std::function<void()> onRestacked)

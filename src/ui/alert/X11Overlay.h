@@ -9,10 +9,12 @@
 
 namespace tendel {
 
-// Cuts a window of the X server down to `region`, in device pixels: outside it nothing is drawn,
-// whether or not a compositor blends the window, and the pointer goes through to what lies below.
-// Does nothing on other platforms.
-void setWindowShape(const QWindow& window, const QRegion& region);
+// Cuts a window of the X server down to `drawn`, in device pixels: outside it nothing is drawn,
+// whether or not a compositor blends the window. Outside `input` the pointer goes through to what
+// lies below. Does nothing on other platforms.
+void setWindowShape(const QWindow& window, const QRegion& drawn, const QRegion& input);
+// Puts a window right below another one. Neither is the window manager's.
+void stackBelow(const QWindow& window, const QWindow& other);
 
 // Calls `onRestacked` whenever the window manager has put its windows into another order, which may
 // have covered a window that it does not manage. Listens from when it is made until it is

@@ -100,6 +100,7 @@ constexpr Symbol symbols[] = {
     {"minus", 0xe15b, "Less"},
     {"pause", 0xe034, "Pause"},
     {"pause.circle", 0xe1a2, "Pause"},
+    {"pause.fill", 0xe034, "Pause"},
     {"pencil", 0xe3c9, "Edit"},
     {"person", 0xe7fd, "Person"},
     {"play", 0xe037, "Start"},

@@ -1,9 +1,11 @@
 #include "ui/tray/TrayHost.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
 #include <QGuiApplication>
-#include <QTimer>
 
 #include <cstdlib>
 #include <memory>
@@ -16,7 +18,8 @@ namespace tendel {
 
 namespace {
 
-const QString watcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
 xcb_connection_t* connection() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -49,20 +52,46 @@ TrayHost::~TrayHost() {
     if (qGuiApp) qGuiApp->removeNativeEventFilter(this);
 }
 
-void TrayHost::find(std::function<void()> onFound) {
-    onFound_ = std::move(onFound);
-    if (isThere()) return found();
-    QObject::connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, &watcher_,
-                     [this] { found(); });
-    watcher_.setConnection(QDBusConnection::sessionBus());
-    watcher_.setWatchMode(QDBusServiceWatcher::WatchForRegistration);
-    watcher_.addWatchedService(watcherService);
+void TrayHost::watch() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    watcher_.setConnection(bus);
+    watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
+    watcher_.addWatchedService(watcherName);
+    connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            &TrayHost::watcherDidChange);
+    // From whomever: with a name in its place Qt would ask who has it, and wait for the answer.
+    bus.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostRegistered"), this,
+                SLOT(watcherDidChange()));
+    bus.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostUnregistered"),
+                this, SLOT(lookForHost()));
     qGuiApp->installNativeEventFilter(this);
+    watcherDidChange();
 }
 
-bool TrayHost::isThere() const {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (bus.isConnected() && bus.interface()->isServiceRegistered(watcherService)) return true;
+void TrayHost::watcherDidChange() {
+    onWatcher();
+    lookForHost();
+}
+
+void TrayHost::lookForHost() {
+    auto get = QDBusMessage::createMethodCall(watcherName, watcherPath,
+                                              QStringLiteral("org.freedesktop.DBus.Properties"),
+                                              QStringLiteral("Get"));
+    get << watcherName << QStringLiteral("IsStatusNotifierHostRegistered");
+    get.setAutoStartService(false);
+    auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(get), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, question = ++question_] {
+        call->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *call;
+        if (question != question_) return;
+        if (!reply.isError() && reply.value().variant().toBool())
+            set(Tray::statusNotifier);
+        else
+            set(hasXEmbedTray() ? Tray::xEmbed : Tray::none);
+    });
+}
+
+bool TrayHost::hasXEmbedTray() const {
     xcb_connection_t* server = connection();
     if (!server || trayAtom_ == XCB_ATOM_NONE) return false;
     const auto owner = owned(
@@ -70,20 +99,20 @@ bool TrayHost::isThere() const {
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
-void TrayHost::found() {
-    if (qGuiApp) qGuiApp->removeNativeEventFilter(this);
-    watcher_.setWatchedServices({});
-    if (const auto tell = std::exchange(onFound_, nullptr)) tell();
+void TrayHost::set(Tray tray) {
+    if (tray == tray_) return;
+    tray_ = tray;
+    onChange(tray);
 }
 
 bool TrayHost::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-    if (eventType != "xcb_generic_event_t") return false;
+    if (tray_ == Tray::statusNotifier || eventType != "xcb_generic_event_t") return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
     if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE) return false;
     const auto* client = static_cast<const xcb_client_message_event_t*>(message);
     if (client->type == managerAtom_ && client->data.data32[1] == trayAtom_)
         // Qt is still to take the message itself.
-        QTimer::singleShot(0, &watcher_, [this] { found(); });
+        QMetaObject::invokeMethod(this, &TrayHost::lookForHost, Qt::QueuedConnection);
     return false;
 }
 

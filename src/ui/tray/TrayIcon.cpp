@@ -1,118 +1,109 @@
 #include "ui/tray/TrayIcon.h"
 
-#include <QApplication>
-#include <QPainter>
-#include <QPainterPath>
+#include <algorithm>
+#include <utility>
 
-#include "reminders/PauseOption.h"
+#include "menubar/Countdown.h"
+#include "ui/panel/PanelCommands.h"
+#include "ui/theme/QtText.h"
+#include "ui/tray/XEmbedIcon.h"
 
 namespace tendel {
 
 namespace {
 
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+// A click that was not meant costs no more than that.
+constexpr PauseOption middleClickPause = PauseOption::minutes30;
+
+// Desktops whose trays write the label beside the icon; the others leave it out.
+bool desktopShowsLabels() {
+    const auto names = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    return names.contains(u"GNOME") || names.contains(u"Unity");
 }
 
-// The alert hanging from the edge of the screen, with an eye in it, or with the pause sign.
-QPixmap drawn(int size, bool isPaused) {
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(size / 24.0, size / 24.0);
-
-    QPainterPath shape(QPointF(1, 3));
-    shape.lineTo(23, 3);
-    shape.lineTo(23, 5);
-    shape.cubicTo(19, 5, 18.5, 6.5, 18.5, 10);
-    shape.lineTo(18.5, 14.5);
-    shape.arcTo(QRectF(5.5, 8, 13, 13), 0, -180);
-    shape.lineTo(5.5, 10);
-    shape.cubicTo(5.5, 6.5, 5, 5, 1, 5);
-    shape.closeSubpath();
-    QPainterPath sign;
-    if (isPaused) {
-        sign.addRoundedRect(QRectF(9, 9, 2, 8), 1, 1);
-        sign.addRoundedRect(QRectF(13, 9, 2, 8), 1, 1);
-    } else {
-        sign.addEllipse(QPointF(12, 14), 2.75, 2.75);
-    }
-    // Panels are light or dark and do not tell: a grey that stands out by 3 to 1 from both.
-    painter.fillPath(shape.subtracted(sign), QColor(0x86, 0x86, 0x8B));
-    return pixmap;
-}
-
-QIcon drawnIcon(bool isPaused) {
-    QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48})
-        icon.addPixmap(drawn(size, isPaused));
-    return icon;
+// As wide as the time gets until its hours change.
+QString guideOf(QString time) {
+    std::ranges::replace_if(
+        time, [](QChar c) { return c.isDigit(); }, u'0');
+    if (time == u"0m" || time.endsWith(u" 0m")) time.insert(time.size() - 1, u'0');
+    return time;
 }
 
 }  // namespace
 
 TrayIcon::TrayIcon(TendelApp& app, const Observable<std::optional<AlertHold>>& hold)
-    : app_(app), hold_(hold) {
-    host_.find([this] { appear(); });
-}
-
-void TrayIcon::appear() {
-    buildMenu();
-    icon_ = std::make_unique<QSystemTrayIcon>();
-    icon_->setContextMenu(&menu_);
-    QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &menu_,
-                     [this](QSystemTrayIcon::ActivationReason reason) {
-                         if (reason == QSystemTrayIcon::Trigger) app_.navigation.requestWindow();
-                     });
-    refresh();
-    icon_->show();
-    const auto look = [this] { refresh(); };
+    : onActivate([&app](QPoint) { app.navigation.requestWindow(); }),
+      app_(app),
+      hold_(hold),
+      soon_(app.platform.loop) {
+    actions_ = {.onActivate = [this](QPoint at) { onActivate(at); },
+                .onSecondaryActivate = [this] { togglePause(); },
+                .onChoice = [&app](const PanelMenuEntry::Action& action) { perform(action, app); }};
+    host_.onWatcher = [this] { item_.enroll(); };
+    host_.onChange = [this](Tray tray) { serve(tray); };
+    // One moment changes several of them; the trays hear of it once.
+    const auto look = [this] {
+        if (!soon_.isRunning()) soon_.start({}, [this] { refresh(); });
+    };
+    subscriptions_.push_back(app_.label.label().observe(look));
     subscriptions_.push_back(app_.scheduler.upcoming().observe(look));
     subscriptions_.push_back(app_.scheduler.pausedUntil().observe(look));
     subscriptions_.push_back(hold_.observe(look));
     // A new day makes a weekday of a time or the reverse, another zone another time.
     subscriptions_.push_back(app_.scheduler.now().observe(look));
+    refresh();
+    host_.watch();
 }
 
-void TrayIcon::buildMenu() {
-    const auto add = [](QMenu& menu, const QString& label, auto act) {
-        QAction* action = menu.addAction(label);
-        QObject::connect(action, &QAction::triggered, &menu, act);
-        return action;
-    };
-    add(menu_, QStringLiteral("Open Tendel"), [this] { app_.navigation.requestWindow(); });
-    pauseMenu_ = menu_.addMenu(QStringLiteral("Pause Reminders"));
-    for (const PauseOption option : pauseOptions)
-        add(*pauseMenu_, text(title(option)), [this, option] {
-            app_.scheduler.pause(
-                pauseEnd(option, app_.platform.loop.now(), app_.platform.calendar));
-        });
-    resume_ = add(menu_, text(resumeTitle), [this] { app_.scheduler.resume(); });
-    menu_.addSeparator();
-    add(menu_, QStringLiteral("Quit Tendel"), [] { QApplication::quit(); });
+TrayIcon::~TrayIcon() = default;
+
+void TrayIcon::serve(Tray tray) {
+    xEmbedIcon_ = tray == Tray::xEmbed ? std::make_unique<XEmbedIcon>(actions_) : nullptr;
+    refresh();
 }
 
-// Every change is a message to the tray, so only what is new is set.
 void TrayIcon::refresh() {
-    const bool isPaused = this->isPaused();
-    if (showsPaused_ != isPaused) {
-        showsPaused_ = isPaused;
-        icon_->setIcon(drawnIcon(isPaused));
-        pauseMenu_->menuAction()->setVisible(!isPaused);
-        resume_->setVisible(isPaused);
-    }
-    const QString tip = toolTip();
-    if (icon_->toolTip() != tip) icon_->setToolTip(tip);
+    TrayContent content = this->content();
+    if (xEmbedIcon_) xEmbedIcon_->show(content);
+    static const bool showsLabels = desktopShowsLabels();
+    if (showsLabels) content.image.time.clear();
+    item_.show(content);
 }
 
-QString TrayIcon::toolTip() const {
+void TrayIcon::togglePause() {
+    if (isPaused()) return app_.scheduler.resume();
+    app_.scheduler.pause(
+        pauseEnd(middleClickPause, app_.platform.loop.now(), app_.platform.calendar));
+}
+
+TrayContent TrayIcon::content() const {
+    const MenuBarLabel& label = app_.label.label().get();
+    const QString text = toQString(label.text);
+    const QString time = this->time();
+    return {.image = {.symbol = label.symbol, .time = time},
+            .label = text,
+            .labelGuide = text.endsWith(time) ? text.chopped(time.size()) + guideOf(time) : text,
+            .status = status(),
+            .menu = availableMenu(isPaused() ? ReminderState::paused : ReminderState::running)};
+}
+
+// The label's last word, which is all that an icon has room for.
+QString TrayIcon::time() const {
+    const MenuBarLabel& label = app_.label.label().get();
+    const auto& upcoming = app_.scheduler.upcoming().get();
+    if (!label.symbol.empty()) return toQString(label.text);
+    if (label.text.empty() || !upcoming) return {};
+    return toQString(countdownText(app_.scheduler.now().get(), upcoming->fireDate));
+}
+
+QString TrayIcon::status() const {
     const Calendar& calendar = app_.platform.calendar;
     const Instant now = app_.platform.loop.now();
-    if (const auto& hold = hold_.get()) return text(hold->text(calendar, now));
+    if (const auto& hold = hold_.get()) return toQString(hold->text(calendar, now));
     if (const auto& upcoming = app_.scheduler.upcoming().get())
         return QStringLiteral("Next: %1, %2")
-            .arg(text(upcoming->title()), text(whenOnClock(upcoming->fireDate, now, calendar)));
+            .arg(toQString(upcoming->title()),
+                 toQString(whenOnClock(upcoming->fireDate, now, calendar)));
     return QStringLiteral("Tendel");
 }
 

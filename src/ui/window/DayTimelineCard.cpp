@@ -6,22 +6,6 @@
 
 namespace tendel {
 
-namespace {
-
-// What the alert shows and what waits behind it, as far as reminders go.
-std::vector<DayTimeline::Shown> shownBy(const AlertQueue& queue) {
-    std::vector<DayTimeline::Shown> all;
-    const auto add = [&](const AlertQueue::Entry& entry) {
-        if (const auto id = entry.reminderId()) all.push_back({*id, entry.fireDate});
-    };
-    if (queue.current) add(*queue.current);
-    for (const AlertQueue::Entry& entry : queue.waiting)
-        add(entry);
-    return all;
-}
-
-}  // namespace
-
 DayTimelineCard::DayTimelineCard(TendelApp& app, QWidget* parent)
     : Card(parent), app_(app), view_(new DayTimelineView(app.platform.calendar)) {
     auto* column = new QVBoxLayout(this);
@@ -48,7 +32,7 @@ void DayTimelineCard::showEvent(QShowEvent* event) {
 void DayTimelineCard::refresh() {
     view_->setTimeline(DayTimeline::of(app_.store, app_.scheduler, app_.settings.workingHours.get(),
                                        app_.platform.calendar, app_.platform.loop.now(),
-                                       shownBy(app_.alerts.queue())));
+                                       app_.alerts.queue().shownReminders()));
 }
 
 }  // namespace tendel

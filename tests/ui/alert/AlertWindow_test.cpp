@@ -3,67 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QMouseEvent>
-#include <QPaintEvent>
-#include <QScreen>
 
 #include "platform/linux/LinuxEventLoop.h"
 #include "platform/qt/QtScreens.h"
-#include "support/RunningLoop.h"
+#include "support/RealDesktop.h"
 
 namespace tendel {
 namespace {
 
 using namespace std::chrono_literals;
-
-// What another program of the desktop prints, while our windows go on.
-QString run(const QString& command) {
-    test::Child process;
-    process.startCommand(command);
-    EXPECT_SOON(process.state() == QProcess::NotRunning) << command.toStdString();
-    EXPECT_EQ(process.exitCode(), 0) << command.toStdString();
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-}
-
-void movePointer(QPoint to) {
-    run(QStringLiteral("xdotool mousemove %1 %2").arg(to.x()).arg(to.y()));
-}
-
-void click(QPoint at, int times = 1) {
-    movePointer(at);
-    run(QStringLiteral("xdotool click --repeat %1 --delay 80 1").arg(times));
-    test::runFor(50);
-}
-
-bool isColor(QPoint at, const QColor& color) {
-    const QImage pixel =
-        QApplication::primaryScreen()->grabWindow(0, at.x(), at.y(), 1, 1).toImage();
-    return pixel.pixelColor(0, 0) == color;
-}
-
-// A window of some other program, in which the user works.
-class OtherWindow : public QWidget {
-public:
-    int clicks = 0;
-
-protected:
-    void mousePressEvent(QMouseEvent*) override { ++clicks; }
-};
-
-class PaintCounter : public QObject {
-public:
-    int paints = 0;
-    QRegion painted;
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            ++paints;
-            painted |= static_cast<QPaintEvent*>(event)->region();
-        }
-        return false;
-    }
-};
+using test::click, test::isColor, test::movePointer, test::OtherWindow, test::PaintCounter,
+    test::run;
 
 class AlertWindowTest : public testing::Test {
 protected:
@@ -120,7 +70,8 @@ protected:
     NotchAlertContent content_;
     NotchAlertGeometry geometry_;
     std::string answers_;
-    AlertWindow window_{model_, actions_, loop_};
+    OverlayStack stack_;
+    AlertWindow window_{model_, actions_, loop_, stack_};
 };
 
 TEST_F(AlertWindowTest, LetsClicksThroughOutsideItsShapeAndIsUnmappedWhileHidden) {

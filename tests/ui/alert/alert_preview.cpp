@@ -44,7 +44,8 @@ int main(int argc, char** argv) {
     const auto geometry = NotchAlertGeometry::of(screen, std::nullopt, model.style);
     model.hasNotch = geometry.notchSize.has_value();
     const NotchAlertActions actions;
-    AlertWindow window(model, actions, loop);
+    OverlayStack stack;
+    AlertWindow window(model, actions, loop, stack);
 
     model.speed = 1e-6;  // so slow that no step of the model follows another
     model.reduceMotion = given.value("phase") != "peek";  // opens at once
