@@ -41,8 +41,8 @@ class Case(unittest.TestCase):
         self.assertTrue(self.other.has_focus(), "the keyboard left the other window")
 
     def wait_for_alert(self, title):
-        """Waits for the alert of the next minute."""
-        self.until(lambda: self.alert_button("Done|Start .*"), "the alert", 80)
+        """Waits for the alert of the next minute, or of the one after."""
+        self.until(lambda: self.alert_button("Done|Start .*"), "the alert", 120)
         self.until(lambda: self.tendel.find(f".*{title}.*", "alert"), "the alert's title")
         self.other.type("while the alert is up")
 

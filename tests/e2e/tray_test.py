@@ -167,6 +167,7 @@ class Tray(Case):
         self.tendel.start("--at-login")
         host.wait_for_icon()
         self.start_trayer()
+        until(lambda: subprocess.run(["xwininfo", "-name", "panel"], capture_output=True).returncode == 0, "the tray")
         bus.kill()
         bus.wait()
         until(self.is_in_trayer, "the icon in the tray of the X server")

@@ -64,6 +64,10 @@ void TrayHost::watch() {
                 SLOT(watcherDidChange()));
     bus.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostUnregistered"),
                 this, SLOT(lookForHost()));
+    // The end of the bus itself; nobody is left then to tell that the host went.
+    bus.connect({}, QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                SLOT(lookForHost()));
     qGuiApp->installNativeEventFilter(this);
     watcherDidChange();
 }
