@@ -48,24 +48,24 @@ def stop(process):
 def at_rest(pid, seconds):
     """Memory and threads of a process that has settled, and its wake-ups and processor time a minute."""
     def scheduled():
-        wakeUps = nanoseconds = 0
-        for task in Path(f"/proc/{pid}/task").iterdir():
-            wakeUps += int(field(task / "status", "voluntary_ctxt_switches"))
-            nanoseconds += int((task / "schedstat").read_text().split()[0])
-        return wakeUps, nanoseconds
+        """By thread, since one may end or begin meanwhile."""
+        return {task.name: (int(field(task / "status", "voluntary_ctxt_switches")),
+                            int((task / "schedstat").read_text().split()[0]))
+                for task in Path(f"/proc/{pid}/task").iterdir()}
 
     time.sleep(5)
     before = scheduled()
     time.sleep(seconds)
     after = scheduled()
+    wakeUps, nanoseconds = (sum(now[i] - before.get(task, (0, 0))[i] for task, now in after.items()) for i in (0, 1))
     memory = Path(f"/proc/{pid}/smaps_rollup")
     private = sum(int(field(memory, name)) for name in ("Private_Clean", "Private_Dirty"))
     return {
         "PSS, MB": int(field(memory, "Pss")) / 1024,
         "private memory, MB": private / 1024,
         "threads": len(list(Path(f"/proc/{pid}/task").iterdir())),
-        "wake-ups a minute": (after[0] - before[0]) * 60 / seconds,
-        "processor time a minute, ms": (after[1] - before[1]) / 1e6 * 60 / seconds,
+        "wake-ups a minute": wakeUps * 60 / seconds,
+        "processor time a minute, ms": nanoseconds / 1e6 * 60 / seconds,
     }
 
 

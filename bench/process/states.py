@@ -3,7 +3,7 @@
     scripts/with-desktop /usr/bin/python3 bench/process/states.py build/release [--seconds 120]
 
 One program after the other, each with ten years of history: at rest, with the label counting down to the next reminder,
-with the live pill showing a focus session beside a simulated notch, and at rest before and after its panel was opened
+with the live pill showing a silent focus session beside a simulated notch, and at rest before and after its panel was opened
 and closed. The tray host does not fetch the new icons that it is told of; most would.
 """
 
@@ -73,7 +73,7 @@ def main():
         figures["label counts down"] = at_rest(process.pid, options.seconds)
         stop(process)
 
-        settings.write_text("{}")
+        settings.write_text(json.dumps({"soundVolume": 0}))
         os.environ["TENDEL_SIMULATE_NOTCH"] = "200x32"
         process, _ = start(host, command)
         call("StartFocus")

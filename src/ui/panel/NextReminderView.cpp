@@ -78,13 +78,12 @@ QString sentenceOf(const NextReminderCard& card) {
 }
 
 NextReminderView::NextReminderView(QWidget* parent)
-    : QWidget(parent), resume_(new Button(Button::Role::normal, tr("Resume"), this)) {
+    : Card(parent), resume_(new Button(Button::Role::normal, tr("Resume"), this)) {
     tellAs<NextReminderView, QAccessible::Grouping>();
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     resume_->setAccessibleName(tr("Resume Reminders"));
     resume_->hide();
     connect(resume_, &QAbstractButton::clicked, this, &NextReminderView::resumePressed);
-    connect(&Theme::instance(), &Theme::changed, this, qOverload<>(&QWidget::update));
 }
 
 void NextReminderView::setCard(NextReminderCard card) {
@@ -135,7 +134,7 @@ QString NextReminderView::elidedTitle() const {
 }
 
 bool NextReminderView::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    if (event->type() != QEvent::ToolTip) return Card::event(event);
     // Only where the title does not say all.
     const QString whole = toQString(card_.title);
     if (elidedTitle() != whole)
@@ -144,14 +143,11 @@ bool NextReminderView::event(QEvent* event) {
     return true;
 }
 
-void NextReminderView::paintEvent(QPaintEvent*) {
-    const Theme& theme = Theme::instance();
+void NextReminderView::paintEvent(QPaintEvent* event) {
+    Card::paintEvent(event);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(theme.color(Theme::Color::surface));
-    painter.drawRoundedRect(rect(), Theme::cardRadius, Theme::cardRadius);
-    drawHairline(painter, rect(), Theme::cardRadius, theme.color(Theme::Color::hairline));
     paintNext(painter);
     paintToday(painter);
 }

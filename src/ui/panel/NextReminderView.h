@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QWidget>
-
 #include <vector>
 
 #include "menubar/NextReminderCard.h"
+#include "ui/theme/Card.h"
 
 namespace tendel {
 
@@ -12,7 +11,7 @@ class Button;
 
 // The card on top of the panel: what comes next, or the pause with its way out, then how today went
 // so far. Told to assistive programs as one sentence.
-class NextReminderView : public QWidget {
+class NextReminderView : public Card {
     Q_OBJECT
 public:
     explicit NextReminderView(QWidget* parent = nullptr);
